@@ -165,7 +165,14 @@ void* LoadedHandle(CFBundleRef bundle) {
 
 } // namespace
 
+namespace {
+std::atomic<long> gFunctionLookups{0};
+}
+
+long __CFBundleFunctionLookupCount(void) { return gFunctionLookups.load(); }
+
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef functionName) {
+  gFunctionLookups.fetch_add(1);
   if (!bundle || !functionName)
     return nullptr;
   void* handle = LoadedHandle(bundle);

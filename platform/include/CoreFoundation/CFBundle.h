@@ -45,3 +45,8 @@ CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFS
                                         CFStringRef tableName);
 
 CF_EXTERN_C_END
+
+CF_EXTERN_C_BEGIN
+// Stand-in diagnostics: how many function-pointer lookups the process has made so far.
+long __CFBundleFunctionLookupCount(void);
+CF_EXTERN_C_END
