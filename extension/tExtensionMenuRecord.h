@@ -1,0 +1,32 @@
+// The menu record that ScriboExtensionEnumerate_UTF16 fills for the host.
+//
+// Host memory with a fixed layout: three UTF-16 texts of 128 code units each (terminator
+// included), then the 32-bit value 1. Copy values in and out; never bind a pointer or reference
+// to one of its fields.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+constexpr int kMenuTextUnits = 128; // UTF-16 code units per text, terminator included
+
+#pragma pack(push, 2)
+struct tExtensionMenuRecord {
+  uint16_t text1[kMenuTextUnits]; // localised string 20000,1
+  uint16_t text2[kMenuTextUnits]; // localised string 20000,2
+  uint16_t text3[kMenuTextUnits]; // localised string 20000,3
+  uint32_t itemValue;             // always 1
+};
+#pragma pack(pop)
+
+static_assert(sizeof(tExtensionMenuRecord) == 772);
+static_assert(offsetof(tExtensionMenuRecord, text1) == 0);
+static_assert(offsetof(tExtensionMenuRecord, text2) == 256);
+static_assert(offsetof(tExtensionMenuRecord, text3) == 512);
+static_assert(offsetof(tExtensionMenuRecord, itemValue) == 768);
+
+// Identifiers of the three texts: table 20000, indexes 1 to 3.
+constexpr int kMenuText1ID = 0x4E200001;
+constexpr int kMenuText2ID = 0x4E200002;
+constexpr int kMenuText3ID = 0x4E200003;
+constexpr uint32_t kMenuItemValue = 1;
