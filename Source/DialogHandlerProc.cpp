@@ -13,4 +13,6 @@ SF_DialogHandlerUPP NewSF_DialogHandlerProc(SF_DialogHandlerProcPtr handler) {
   return handler;
 }
 
-void DisposeSF_DialogHandlerProc(SF_DialogHandlerUPP) { CheckMachOHost(); }
+void DisposeSF_DialogHandlerProc(SF_DialogHandlerUPP) {
+  CheckMachOHost();
+}

@@ -13,7 +13,8 @@
 
 // One note of an entry, 10 bytes.
 struct EXNOTE {
-  uint8_t hostData[4]; // host data; the reference engine keeps the pitch here (int16 step, int16 alteration)
+  uint8_t hostData[4]; // host data; the reference engine keeps the pitch here (int16 step, int16
+                       // alteration)
   int16_t noteID;      // unique within the entry after CleanTGF (a rest's placeholder keeps 0)
   uint32_t noteFlags;  // bits 16..20: low five bits of noteID; bit 31: placeholder note of a rest
 };
@@ -22,12 +23,12 @@ constexpr int kMaxNotesPerEntry = 12;
 
 // One entry (note, chord or rest), 146 bytes.
 struct EXENTRY {
-  uint32_t entryNumber;   // host's identifier; key of the entry's detail records; 0: not yet stored
-  int16_t duration;       // notated duration, TDU (quarter = 1024)
-  uint16_t hostWord6;     // host data; copies made by the subdivision pass clear it
-  uint32_t flags;         // entry flag word (kEntry... bits below)
-  uint16_t flags2;        // second flag word
-  int16_t noteCount;      // note records in use, 0..12, first in `notes`
+  uint32_t entryNumber; // host's identifier; key of the entry's detail records; 0: not yet stored
+  int16_t duration;     // notated duration, TDU (quarter = 1024)
+  uint16_t hostWord6;   // host data; copies made by the subdivision pass clear it
+  uint32_t flags;       // entry flag word (kEntry... bits below)
+  uint16_t flags2;      // second flag word
+  int16_t noteCount;    // note records in use, 0..12, first in `notes`
   EXNOTE notes[kMaxNotesPerEntry];
   int32_t position;       // TDU from the start of the measure
   int32_t actualDuration; // elapsed TDU; differs from `duration` inside tuplets
@@ -67,15 +68,16 @@ static_assert(offsetof(EXTGF2005a, entryCount) == 22);
 static_assert(sizeof(EXTGF2005a) == 24);
 
 // Bits of EXENTRY::flags.
-constexpr uint32_t kEntryTupletStart = 0x00080000;      // bit 19: the entry begins a tuplet
-constexpr uint32_t kEntryRestPlaceholder = 0x01000000;  // bit 24: CleanTGF gave the rest a note record
-constexpr uint32_t kEntryVoiceTwo = 0x10000000;         // bit 28: voice-2 entry
-constexpr uint32_t kEntryVoiceTwoLaunch = 0x20000000;   // bit 29: voice-2 entries follow this entry
-constexpr uint32_t kEntryIsNote = 0x40000000;           // bit 30: note entry; clear: rest
+constexpr uint32_t kEntryTupletStart = 0x00080000; // bit 19: the entry begins a tuplet
+constexpr uint32_t kEntryRestPlaceholder =
+    0x01000000;                                 // bit 24: CleanTGF gave the rest a note record
+constexpr uint32_t kEntryVoiceTwo = 0x10000000; // bit 28: voice-2 entry
+constexpr uint32_t kEntryVoiceTwoLaunch = 0x20000000; // bit 29: voice-2 entries follow this entry
+constexpr uint32_t kEntryIsNote = 0x40000000;         // bit 30: note entry; clear: rest
 
 // Bits of EXNOTE::noteFlags.
-constexpr uint32_t kNoteIDCopyMask = 0x001F0000;        // bits 16..20: low five bits of noteID
-constexpr uint32_t kNoteRestPlaceholder = 0x80000000;   // bit 31: placeholder note of a rest
+constexpr uint32_t kNoteIDCopyMask = 0x001F0000;      // bits 16..20: low five bits of noteID
+constexpr uint32_t kNoteRestPlaceholder = 0x80000000; // bit 31: placeholder note of a rest
 
 // What a copy of an entry keeps when the subdivision pass fills new slots.
 constexpr uint32_t kCopyKeepFlags = 0xC080A15F;     // bits 0-4, 6, 8, 13, 15, 23, 30, 31

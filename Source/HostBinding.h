@@ -43,7 +43,9 @@ template <class Sig> struct Binding;
 template <class R, class... A> struct Binding<R(A...)> {
   using HostFn = ResultWire<R> (*)(Wire<A>...);
 
-  static HostFn Resolve(const char* name) { return reinterpret_cast<HostFn>(LookUpHostFunction(name)); }
+  static HostFn Resolve(const char* name) {
+    return reinterpret_cast<HostFn>(LookUpHostFunction(name));
+  }
 
   static R Invoke(HostFn fn, A... args) {
     if constexpr (std::is_void_v<R>) {
@@ -74,8 +76,11 @@ extern const char kBlankText[2];
 #define SXP_CAT_(a, b) a##b
 #define SXP_CAT(a, b) SXP_CAT_(a, b)
 #define SXP_EXPAND(...) __VA_ARGS__
-#define SXP_COUNT_(_1, _2, _3, _4, _5, _6, _7, _8, _9, _10, _11, _12, _13, _14, _15, _16, _17, _18, _19, _20, N, ...) N
-#define SXP_COUNT(...) SXP_COUNT_(__VA_ARGS__, 20, 19, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0)
+#define SXP_COUNT_(_1, _2, _3, _4, _5, _6, _7, _8, _9, _10, _11, _12, _13, _14, _15, _16, _17,     \
+                   _18, _19, _20, N, ...)                                                          \
+  N
+#define SXP_COUNT(...)                                                                             \
+  SXP_COUNT_(__VA_ARGS__, 20, 19, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0)
 #define SXP_SAME(t) t
 #define SXP_DECLW_(W, ...) SXP_CAT(SXP_D, SXP_COUNT(__VA_ARGS__))(W, __VA_ARGS__)
 #define SXP_DECLW(W, args) SXP_DECLW_(W, SXP_EXPAND args)
@@ -91,18 +96,36 @@ extern const char kBlankText[2];
 #define SXP_D6(W, t1, t2, t3, t4, t5, t6) SXP_D5(W, t1, t2, t3, t4, t5), W(t6) a6
 #define SXP_D7(W, t1, t2, t3, t4, t5, t6, t7) SXP_D6(W, t1, t2, t3, t4, t5, t6), W(t7) a7
 #define SXP_D8(W, t1, t2, t3, t4, t5, t6, t7, t8) SXP_D7(W, t1, t2, t3, t4, t5, t6, t7), W(t8) a8
-#define SXP_D9(W, t1, t2, t3, t4, t5, t6, t7, t8, t9) SXP_D8(W, t1, t2, t3, t4, t5, t6, t7, t8), W(t9) a9
-#define SXP_D10(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10) SXP_D9(W, t1, t2, t3, t4, t5, t6, t7, t8, t9), W(t10) a10
-#define SXP_D11(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11) SXP_D10(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10), W(t11) a11
-#define SXP_D12(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12) SXP_D11(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11), W(t12) a12
-#define SXP_D13(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13) SXP_D12(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12), W(t13) a13
-#define SXP_D14(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14) SXP_D13(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13), W(t14) a14
-#define SXP_D15(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15) SXP_D14(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14), W(t15) a15
-#define SXP_D16(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16) SXP_D15(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15), W(t16) a16
-#define SXP_D17(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17) SXP_D16(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16), W(t17) a17
-#define SXP_D18(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18) SXP_D17(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17), W(t18) a18
-#define SXP_D19(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18, t19) SXP_D18(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18), W(t19) a19
-#define SXP_D20(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18, t19, t20) SXP_D19(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18, t19), W(t20) a20
+#define SXP_D9(W, t1, t2, t3, t4, t5, t6, t7, t8, t9)                                              \
+  SXP_D8(W, t1, t2, t3, t4, t5, t6, t7, t8), W(t9) a9
+#define SXP_D10(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10)                                        \
+  SXP_D9(W, t1, t2, t3, t4, t5, t6, t7, t8, t9), W(t10) a10
+#define SXP_D11(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11)                                   \
+  SXP_D10(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10), W(t11) a11
+#define SXP_D12(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12)                              \
+  SXP_D11(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11), W(t12) a12
+#define SXP_D13(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13)                         \
+  SXP_D12(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12), W(t13) a13
+#define SXP_D14(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14)                    \
+  SXP_D13(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13), W(t14) a14
+#define SXP_D15(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15)               \
+  SXP_D14(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14), W(t15) a15
+#define SXP_D16(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16)          \
+  SXP_D15(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15), W(t16) a16
+#define SXP_D17(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17)     \
+  SXP_D16(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16), W(t17) a17
+#define SXP_D18(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17,     \
+                t18)                                                                               \
+  SXP_D17(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17), W(t18) a18
+#define SXP_D19(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17,     \
+                t18, t19)                                                                          \
+  SXP_D18(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18),     \
+      W(t19) a19
+#define SXP_D20(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17,     \
+                t18, t19, t20)                                                                     \
+  SXP_D19(W, t1, t2, t3, t4, t5, t6, t7, t8, t9, t10, t11, t12, t13, t14, t15, t16, t17, t18,      \
+          t19),                                                                                    \
+      W(t20) a20
 
 #define SXP_N1 a1
 #define SXP_N2 SXP_N1, a2

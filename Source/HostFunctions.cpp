@@ -25,7 +25,9 @@ namespace sxhost {
     static const auto fpProc = ::sx::binding::Binding<R ARGS>::Resolve(#NAME);                     \
     return fpProc;                                                                                 \
   }                                                                                                \
-  bool NAME##_Available() { return NAME##_Proc() != nullptr; }                                     \
+  bool NAME##_Available() {                                                                        \
+    return NAME##_Proc() != nullptr;                                                               \
+  }                                                                                                \
   R NAME(SXP_DECL(ARGS)) {                                                                         \
     if (auto fpProc = NAME##_Proc())                                                               \
       return ::sx::binding::Binding<R ARGS>::Invoke(fpProc, SXP_NAMES(ARGS));                      \
@@ -36,5 +38,6 @@ namespace sxhost {
 
 // The generated signatures have exactly the widths of the tables.
 #define SX_HOST(R, NAME, FALLBACK, ARGS)                                                           \
-  static_assert(std::is_same_v<decltype(&NAME), R(*) ARGS>, #NAME " does not match its table row");
+  static_assert(std::is_same_v<decltype(&NAME), R(*) ARGS>, #NAME " does not match its table "     \
+                                                                  "row");
 #include "hostcalls/HostCalls.def"

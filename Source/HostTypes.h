@@ -19,8 +19,8 @@ constexpr unsigned int kDialogMessageClose = 2;    // the dialog is closing
 
 // The handler a host calls during SX_Dialog: window, message, item, extra (bits 16..31: the
 // notification code of message 273), user data. Returns an 8-bit flag.
-typedef unsigned char (*SF_DialogHandlerProcPtr)(OpaqueCocoaWindow* dialog, unsigned int message, long item,
-                                                 long extra, void* userData);
+typedef unsigned char (*SF_DialogHandlerProcPtr)(OpaqueCocoaWindow* dialog, unsigned int message,
+                                                 long item, long extra, void* userData);
 // The handle SX_Dialog takes: the handler's own address.
 typedef SF_DialogHandlerProcPtr SF_DialogHandlerUPP;
 

@@ -3,7 +3,8 @@
 #include <cstring>
 
 // A host without text metrics answers with an all-zero record (ten 64-bit words).
-void SX_GetTextMetrics_UTF16(void* a1, void* a2, int32_t a3, void* metrics, uint32_t version, double a6) {
+void SX_GetTextMetrics_UTF16(void* a1, void* a2, int32_t a3, void* metrics, uint32_t version,
+                             double a6) {
   if (!sxhost::SX_GetTextMetrics_UTF16_Available()) {
     std::memset(metrics, 0, 80);
     return;

@@ -16,7 +16,9 @@ short InitializeGlobals() {
   return gScriboBundle ? 0 : -1;
 }
 
-CFBundleRef GetScriboBundleRef() { return gScriboBundle; }
+CFBundleRef GetScriboBundleRef() {
+  return gScriboBundle;
+}
 
 short ScriboPluginMain(int32_t token, void* context) {
   if (token == 0 || context == nullptr)
@@ -27,7 +29,8 @@ short ScriboPluginMain(int32_t token, void* context) {
 namespace sx::binding {
 
 void* LookUpHostFunction(const char* name) {
-  CFStringRef symbol = CFStringCreateWithCString(kCFAllocatorDefault, name, kCFStringEncodingMacRoman);
+  CFStringRef symbol =
+      CFStringCreateWithCString(kCFAllocatorDefault, name, kCFStringEncodingMacRoman);
   void* proc = gScriboBundle ? CFBundleGetFunctionPointerForName(gScriboBundle, symbol) : nullptr;
   CFRelease(symbol);
   return proc;

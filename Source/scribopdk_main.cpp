@@ -4,6 +4,9 @@
 
 // Exported under the plain name "main"; the asm label keeps C++'s rules for the program's main
 // function out of a shared object's entry point.
-extern "C" __attribute__((visibility("default"))) int ScriboBundleMain(int token, void* context) __asm__("main");
+extern "C" __attribute__((visibility("default"))) int
+ScriboBundleMain(int token, void* context) __asm__("main");
 
-int ScriboBundleMain(int token, void* context) { return ScriboPluginMain(token, context); }
+int ScriboBundleMain(int token, void* context) {
+  return ScriboPluginMain(token, context);
+}

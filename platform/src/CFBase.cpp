@@ -29,13 +29,23 @@ CFIndex CFGetRetainCount(CFTypeRef object) {
   return Base(object)->immortal ? 0x7FFFFFFF : Base(object)->refs.load(std::memory_order_relaxed);
 }
 
-CFTypeID CFGetTypeID(CFTypeRef object) { return object ? Base(object)->type : 0; }
-CFTypeID CFStringGetTypeID(void) { return kTypeString; }
-CFTypeID CFURLGetTypeID(void) { return kTypeURL; }
-CFTypeID CFBundleGetTypeID(void) { return kTypeBundle; }
+CFTypeID CFGetTypeID(CFTypeRef object) {
+  return object ? Base(object)->type : 0;
+}
+CFTypeID CFStringGetTypeID(void) {
+  return kTypeString;
+}
+CFTypeID CFURLGetTypeID(void) {
+  return kTypeURL;
+}
+CFTypeID CFBundleGetTypeID(void) {
+  return kTypeBundle;
+}
 
-extern "C" [[noreturn]] void __assert_rtn(const char* func, const char* file, int line, const char* expr) {
-  std::fprintf(stderr, "Assertion failed: (%s), function %s, file %s, line %d.\n", expr, func, file, line);
+extern "C" [[noreturn]] void __assert_rtn(const char* func, const char* file, int line,
+                                          const char* expr) {
+  std::fprintf(stderr, "Assertion failed: (%s), function %s, file %s, line %d.\n", expr, func, file,
+               line);
   std::fflush(stderr);
   std::abort();
 }

@@ -169,7 +169,9 @@ namespace {
 std::atomic<long> gFunctionLookups{0};
 }
 
-long __CFBundleFunctionLookupCount(void) { return gFunctionLookups.load(); }
+long __CFBundleFunctionLookupCount(void) {
+  return gFunctionLookups.load();
+}
 
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef functionName) {
   gFunctionLookups.fetch_add(1);
@@ -206,20 +208,23 @@ CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef k
 }
 
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) {
-  return static_cast<CFStringRef>(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleIdentifierKey));
+  return static_cast<CFStringRef>(
+      CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleIdentifierKey));
 }
 
 CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
   if (!bundle)
     return nullptr;
-  return CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(bundle->path.c_str()),
-                                                 static_cast<CFIndex>(bundle->path.size()), true);
+  return CFURLCreateFromFileSystemRepresentation(
+      nullptr, reinterpret_cast<const UInt8*>(bundle->path.c_str()),
+      static_cast<CFIndex>(bundle->path.size()), true);
 }
 
 CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle) {
   std::string exe = cfstandin::ExecutablePath(bundle);
   if (exe.empty())
     return nullptr;
-  return CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(exe.c_str()),
+  return CFURLCreateFromFileSystemRepresentation(nullptr,
+                                                 reinterpret_cast<const UInt8*>(exe.c_str()),
                                                  static_cast<CFIndex>(exe.size()), false);
 }

@@ -36,7 +36,7 @@ struct __CFURL : CFObjectBase {
 struct __CFBundle : CFObjectBase {
   __CFBundle() : CFObjectBase(kTypeBundle) {}
   ~__CFBundle() override;
-  std::string path;                       // the bundle directory
+  std::string path;                        // the bundle directory
   std::map<std::string, CFStringRef> info; // Info.plist string values
   bool isMain = false;                     // lookups search the main program's exports
   std::mutex handleLock;

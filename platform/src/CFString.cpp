@@ -20,7 +20,8 @@ const std::u16string& Units(CFStringRef string) {
 
 std::u16string FromUTF8(const std::string& text) {
   std::u16string out;
-  if (!DecodeBytes(reinterpret_cast<const uint8_t*>(text.data()), text.size(), kCFStringEncodingUTF8, out))
+  if (!DecodeBytes(reinterpret_cast<const uint8_t*>(text.data()), text.size(),
+                   kCFStringEncodingUTF8, out))
     out.clear();
   return out;
 }
@@ -30,7 +31,8 @@ std::string ToUTF8(CFStringRef string) {
   const std::u16string& u = Units(string);
   for (size_t i = 0; i < u.size(); ++i) {
     char32_t cp = u[i];
-    if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < u.size() && u[i + 1] >= 0xDC00 && u[i + 1] <= 0xDFFF) {
+    if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < u.size() && u[i + 1] >= 0xDC00 &&
+        u[i + 1] <= 0xDFFF) {
       cp = 0x10000 + ((cp - 0xD800) << 10) + (u[i + 1] - 0xDC00);
       ++i;
     }
@@ -91,7 +93,8 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
   return MakeString(std::move(units));
 }
 
-CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr, CFStringEncoding encoding) {
+CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr,
+                                      CFStringEncoding encoding) {
   if (!cStr)
     return nullptr;
   return CFStringCreateWithBytes(alloc, reinterpret_cast<const UInt8*>(cStr),
@@ -101,10 +104,12 @@ CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr, CF
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* chars, CFIndex numChars) {
   if (numChars < 0 || (!chars && numChars > 0))
     return nullptr;
-  return MakeString(std::u16string(reinterpret_cast<const char16_t*>(chars), static_cast<size_t>(numChars)));
+  return MakeString(
+      std::u16string(reinterpret_cast<const char16_t*>(chars), static_cast<size_t>(numChars)));
 }
 
-CFStringRef CFStringCreateWithPascalString(CFAllocatorRef alloc, ConstStringPtr pStr, CFStringEncoding encoding) {
+CFStringRef CFStringCreateWithPascalString(CFAllocatorRef alloc, ConstStringPtr pStr,
+                                           CFStringEncoding encoding) {
   if (!pStr)
     return nullptr;
   return CFStringCreateWithBytes(alloc, pStr + 1, pStr[0], encoding, false);
@@ -130,11 +135,14 @@ void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
   if (!buffer || range.location < 0 || range.length <= 0 ||
       static_cast<size_t>(range.location + range.length) > u.size())
     return;
-  std::memcpy(buffer, u.data() + range.location, static_cast<size_t>(range.length) * sizeof(UniChar));
+  std::memcpy(buffer, u.data() + range.location,
+              static_cast<size_t>(range.length) * sizeof(UniChar));
 }
 
 const UniChar* CFStringGetCharactersPtr(CFStringRef string) {
   return string ? reinterpret_cast<const UniChar*>(string->units.c_str()) : nullptr;
 }
 
-TextEncoding GetApplicationTextEncoding(void) { return kCFStringEncodingMacRoman; }
+TextEncoding GetApplicationTextEncoding(void) {
+  return kCFStringEncodingMacRoman;
+}

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* buffer, CFIndex bufLen,
-                                                 Boolean isDirectory) {
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* buffer,
+                                                 CFIndex bufLen, Boolean isDirectory) {
   if (!buffer || bufLen < 0)
     return nullptr;
   auto* url = new __CFURL;
@@ -23,4 +23,6 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, C
   return true;
 }
 
-Boolean CFURLHasDirectoryPath(CFURLRef url) { return url && url->isDirectory; }
+Boolean CFURLHasDirectoryPath(CFURLRef url) {
+  return url && url->isDirectory;
+}

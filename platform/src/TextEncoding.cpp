@@ -70,12 +70,13 @@ bool DecodeUTF8(const uint8_t* b, size_t n, std::u16string& out) {
 } // namespace
 
 bool IsKnownEncoding(CFStringEncoding e) {
-  return e == kCFStringEncodingMacRoman || e == kCFStringEncodingUTF8 || e == kCFStringEncodingASCII ||
-         e == kCFStringEncodingISOLatin1 || e == kCFStringEncodingWindowsLatin1 ||
-         e == kCFStringEncodingUTF16;
+  return e == kCFStringEncodingMacRoman || e == kCFStringEncodingUTF8 ||
+         e == kCFStringEncodingASCII || e == kCFStringEncodingISOLatin1 ||
+         e == kCFStringEncodingWindowsLatin1 || e == kCFStringEncodingUTF16;
 }
 
-bool DecodeBytes(const uint8_t* bytes, size_t count, CFStringEncoding encoding, std::u16string& out) {
+bool DecodeBytes(const uint8_t* bytes, size_t count, CFStringEncoding encoding,
+                 std::u16string& out) {
   switch (encoding) {
   case kCFStringEncodingMacRoman:
     for (size_t i = 0; i < count; ++i)
@@ -157,7 +158,8 @@ size_t EncodeCodePoint(char32_t cp, CFStringEncoding encoding, uint8_t out[4]) {
   case kCFStringEncodingUTF16:
     if (cp >= 0x10000) {
       char32_t v = cp - 0x10000;
-      char16_t hi = static_cast<char16_t>(0xD800 + (v >> 10)), lo = static_cast<char16_t>(0xDC00 + (v & 0x3FF));
+      char16_t hi = static_cast<char16_t>(0xD800 + (v >> 10)),
+               lo = static_cast<char16_t>(0xDC00 + (v & 0x3FF));
       out[0] = hi & 0xFF;
       out[1] = hi >> 8;
       out[2] = lo & 0xFF;

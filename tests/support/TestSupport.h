@@ -42,7 +42,8 @@ inline void* LoadBundle(const std::filesystem::path& bundle, int flags = RTLD_NO
 
 // A private copy of a built bundle under a new temporary directory. Loading the copy gives a
 // fresh image with fresh statics, as if the host had just started.
-inline std::filesystem::path FreshBundleCopy(const std::filesystem::path& bundle, const std::string& tag) {
+inline std::filesystem::path FreshBundleCopy(const std::filesystem::path& bundle,
+                                             const std::string& tag) {
   namespace fs = std::filesystem;
   fs::path dir = fs::temp_directory_path() / ("scribo-" + tag + "-" + std::to_string(::getpid()));
   fs::create_directories(dir);

@@ -37,8 +37,8 @@ CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
 CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle);
 // Resource lookup in Contents/Resources: the language directories of the user's preference
 // first, then the development region, Base.lproj and the top level. Null when absent.
-CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName, CFStringRef resourceType,
-                                 CFStringRef subDirName);
+CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName,
+                                 CFStringRef resourceType, CFStringRef subDirName);
 // The translation of `key` in table `tableName` (null: "Localizable"), or `value` when the key is
 // missing (or the key itself when `value` is null or empty). Copy rule.
 CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFStringRef value,

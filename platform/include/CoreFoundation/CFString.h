@@ -36,10 +36,12 @@ enum {
 CFStringRef __CFStringMakeConstantString(const char* cStr);
 #define CFSTR(cStr) __CFStringMakeConstantString("" cStr "")
 
-CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr, CFStringEncoding encoding);
+CFStringRef CFStringCreateWithCString(CFAllocatorRef alloc, const char* cStr,
+                                      CFStringEncoding encoding);
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef alloc, const UInt8* bytes, CFIndex numBytes,
                                     CFStringEncoding encoding, Boolean isExternalRepresentation);
-CFStringRef CFStringCreateWithCharacters(CFAllocatorRef alloc, const UniChar* chars, CFIndex numChars);
+CFStringRef CFStringCreateWithCharacters(CFAllocatorRef alloc, const UniChar* chars,
+                                         CFIndex numChars);
 CFStringRef CFStringCreateWithPascalString(CFAllocatorRef alloc, ConstStringPtr pStr,
                                            CFStringEncoding encoding);
 CFStringRef CFStringCreateCopy(CFAllocatorRef alloc, CFStringRef string);
@@ -53,11 +55,12 @@ const UniChar* CFStringGetCharactersPtr(CFStringRef string);
 // Converts units of `range` into `buffer` (or only counts when `buffer` is null). Characters that
 // the encoding cannot hold become `lossByte`, or stop the conversion when it is 0. Returns the
 // number of characters converted and stores the bytes used in *usedBufLen.
-CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
-                         Boolean isExternalRepresentation, UInt8* buffer, CFIndex maxBufLen,
-                         CFIndex* usedBufLen);
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
+                         UInt8 lossByte, Boolean isExternalRepresentation, UInt8* buffer,
+                         CFIndex maxBufLen, CFIndex* usedBufLen);
 // Zero-terminated conversion; false when the buffer is too small or a character cannot be encoded.
-Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding);
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize,
+                           CFStringEncoding encoding);
 // Length-prefixed conversion (at most 255 bytes); false when it does not fit or cannot be encoded.
 Boolean CFStringGetPascalString(CFStringRef string, StringPtr buffer, CFIndex bufferSize,
                                 CFStringEncoding encoding);
@@ -71,8 +74,9 @@ CFComparisonResult CFStringCompare(CFStringRef a, CFStringRef b, CFStringCompare
 // precisions and length modifiers, plus %@ for a CFString argument.
 CFStringRef CFStringCreateWithFormat(CFAllocatorRef alloc, CFDictionaryRef formatOptions,
                                      CFStringRef format, ...);
-CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef alloc, CFDictionaryRef formatOptions,
-                                                 CFStringRef format, va_list arguments);
+CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef alloc,
+                                                 CFDictionaryRef formatOptions, CFStringRef format,
+                                                 va_list arguments);
 
 // Carbon: the encoding in which the application's 8-bit texts are written (Mac Roman).
 typedef UInt32 TextEncoding;
