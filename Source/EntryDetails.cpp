@@ -1,9 +1,127 @@
-// Entry-detail and preference record wrappers. For now they forward unchanged.
-#include "HostFunctions.h"
+// Entry-detail, preference and other records. SX_LoadEData and SX_SaveEData add the size-query
+// protocol, the guarded fret-instrument load and the translation of older preference records
+// into the host's other records; the other four record wrappers forward as they are.
+#include <assert_rtn.h>
 
-short SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* size, uint32_t version) {
-  return sxhost::SX_LoadEData(tag, keys, buffer, size, version);
+#include <cstring>
+
+#include "HostFunctions.h"
+#include "LegacyPrefMapping.h"
+#include "MapPrefTag.h"
+#include "RecordTags.h"
+
+namespace {
+
+// Whether `tag` can only be answered from a preference number, which a null key list lacks.
+bool NeedsPreferenceNumber(uint32_t tag) {
+  return tag == FourCharTag("pfPF") || FindPrefTagRule(tag) != nullptr;
 }
-short SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t size, uint32_t version) {
-  return sxhost::SX_SaveEData(tag, keys, buffer, size, version);
+
+// The fret-instrument record is cleared before the host fills it, and a host that fills part
+// of it but reports failure still counts as having loaded it.
+// Returns true when the load is decided here (result in `result`), false when it carries on.
+bool LoadFretInstrument(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* size,
+                        uint32_t version, short& result) {
+  if (!size || *size < kFretInstrumentRecordSize)
+    __assert_rtn("SX_LoadEData", "Source/scribopdk", 1442,
+                 "*size >= sizeof(EDTFretInstrument25_3)");
+  std::memset(buffer, 0, kFretInstrumentRecordSize);
+  if (sxhost::SX_LoadEData(tag, keys, buffer, size, version) != 0)
+    return false; // loaded: the request goes to the host once more below
+  const auto* bytes = static_cast<const unsigned char*>(buffer);
+  result = 0;
+  for (uint32_t i = 0; i < kFretInstrumentRecordSize; ++i)
+    if (bytes[i] != 0) {
+      result = 1;
+      break;
+    }
+  return true;
+}
+
+// A preference record kept as `count` consecutive other records from index `first`.
+short LoadOtherRecordArray(uint32_t otherTag, int16_t count, int16_t first, void* buffer,
+                           uint32_t* size) {
+  if (!size)
+    return 0;
+  const uint32_t bytes = static_cast<uint32_t>(count) * kOtherRecordSize;
+  if (!buffer) {
+    *size = bytes;
+    return 1;
+  }
+  if (*size < bytes)
+    return 0;
+  auto* out = static_cast<unsigned char*>(buffer);
+  for (int i = 0; i < count; ++i) {
+    // Cleared for every record: one that the host cannot supply reads as zeros rather than as
+    // a copy of its predecessor.
+    unsigned char scratch[kOtherRecordSize] = {};
+    unsigned short keys[2] = {kOtherRecordDocumentOwner, static_cast<unsigned short>(first + i)};
+    uint32_t scratchSize = kOtherRecordSize;
+    SX_LoadEData(otherTag, keys, scratch, &scratchSize, kScriboHostVersion);
+    std::memcpy(out + kOtherRecordSize * i, scratch, kOtherRecordSize);
+  }
+  *size = bytes;
+  return 1;
+}
+
+short SaveOtherRecordArray(uint32_t otherTag, int16_t count, int16_t first, const void* buffer,
+                           uint32_t size) {
+  if (!buffer)
+    return 0;
+  if (static_cast<uint32_t>(count) * kOtherRecordSize > size)
+    return 0;
+  const auto* in = static_cast<const unsigned char*>(buffer);
+  for (int i = 0; i < count; ++i) {
+    unsigned char scratch[kOtherRecordSize];
+    std::memcpy(scratch, in + kOtherRecordSize * i, kOtherRecordSize);
+    unsigned short keys[2] = {kOtherRecordDocumentOwner, static_cast<unsigned short>(first + i)};
+    SX_SaveEData(otherTag, keys, scratch, kOtherRecordSize, kScriboHostVersion);
+  }
+  return 1;
+}
+
+} // namespace
+
+short SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* size,
+                   uint32_t version) {
+  if (tag == kFretInstrumentTag && buffer) {
+    short result = 0;
+    if (LoadFretInstrument(tag, keys, buffer, size, version, result))
+      return result;
+  }
+
+  if (tPrefMapTable* table = FindPrefMapTable(tag, keys))
+    return LoadPrefTable(*table, buffer, size);
+
+  if (!keys && NeedsPreferenceNumber(tag))
+    return 0;
+  uint32_t otherTag = 0;
+  int16_t count = 0;
+  int16_t first = 0;
+  if (keys && !mapPrefTag(tag, static_cast<int16_t>(keys[0]), &otherTag, &count, &first))
+    return 0;
+  if (otherTag == 0)
+    return sxhost::SX_LoadEData(tag, keys, buffer, size, version);
+  return LoadOtherRecordArray(otherTag, count, first, buffer, size);
+}
+
+short SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t size,
+                   uint32_t version) {
+  // Callers built for hosts older than the other records speak to the host directly.
+  if (version < kFirstTranslatedVersion)
+    return sxhost::SX_SaveEData(tag, keys, buffer, size, version);
+
+  if (tPrefMapTable* table = FindPrefMapTable(tag, keys))
+    return SavePrefTable(*table, buffer, size);
+
+  if (!keys && NeedsPreferenceNumber(tag))
+    return 0;
+  uint32_t otherTag = 0;
+  int16_t count = 0;
+  int16_t first = 0;
+  if (keys && !mapPrefTag(tag, static_cast<int16_t>(keys[0]), &otherTag, &count, &first))
+    return 0;
+  if (otherTag == 0)
+    return sxhost::SX_SaveEData(tag, keys, buffer, size, version);
+  return SaveOtherRecordArray(otherTag, count, first, buffer, size);
 }
