@@ -1,0 +1,31 @@
+// Editing a MusicXML <note> in place: children in the order the schema requires, so that an
+// edited note stays valid wherever the source put its other elements.
+#pragma once
+
+#include <string_view>
+
+#include <pugixml.hpp>
+
+namespace scribo::musicxml {
+
+// Inserts a new child `name` into `note` at the place the note's content model gives it:
+// after every child that must precede it and before the first that must follow.
+pugi::xml_node InsertNoteChild(pugi::xml_node note, const char* name);
+
+// Sets the text of the child `name`, inserting the child where it belongs when missing.
+pugi::xml_node SetNoteChildText(pugi::xml_node note, const char* name, std::string_view text);
+
+// Removes every child called `name`.
+void RemoveChildren(pugi::xml_node parent, const char* name);
+
+// The note's first <notations>, made when it has none.
+pugi::xml_node NotationsOf(pugi::xml_node note);
+
+// Drops <notations> elements that have nothing left in them.
+void RemoveEmptyNotations(pugi::xml_node note);
+
+// Removes an attribute from the node and all its descendants (used for "id", which must stay
+// unique in a document, on copied notes).
+void RemoveAttributeDeep(pugi::xml_node node, const char* attribute);
+
+} // namespace scribo::musicxml
