@@ -1,0 +1,46 @@
+// The control functions that RecordsTestHost exports next to its host functions, and the
+// record of one host call that it logs. Shared by the test host and the tests; plain C types
+// only, since the two live in separate images.
+#pragma once
+
+#include <cstdint>
+
+#include "EXTGF2005a.h"
+
+// One call of a record function, as the host saw it.
+struct TestHostCall {
+  char function[24]; // host function name, e.g. "SX_LoadEData"
+  uint32_t tag;
+  uint16_t key0;    // first key, 0xFFFF when the key list was null
+  uint16_t key1;    // second key of an "ot" tag, else 0
+  uint32_t size;    // size passed (*size on entry for loads)
+  uint32_t version; // the version stamp as it arrived
+  int bufferIsNull; // 1 when the buffer pointer was null
+};
+
+extern "C" {
+// Forget every record, frame template, failure, count and log entry.
+typedef void (*TestHostResetFn)();
+// Store a record under (tag, key0, key1); key1 is ignored unless the tag starts with "ot".
+typedef void (*TestHostPutRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, const void* data,
+                                    uint32_t size);
+// Copy a record out; its size, or -1 when there is no such record.
+typedef int (*TestHostGetRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, void* out,
+                                   uint32_t capacity);
+// Loads of `tag` fail (return 0) from now on; the host first writes `scribbleBytes` bytes of
+// 0xAB into the caller's buffer, as a host that gives up half-way would.
+typedef void (*TestHostFailLoadsFn)(uint32_t tag, uint32_t scribbleBytes);
+// How often the named host function was called since the last reset.
+typedef int (*TestHostCallsFn)(const char* function);
+// Record calls logged since the last reset, and one of them.
+typedef int (*TestHostLogSizeFn)();
+typedef int (*TestHostLogEntryFn)(int index, TestHostCall* out);
+// The entries every following SX_LoadTGF hands out; a negative count makes loads fail.
+typedef void (*TestHostSetFrameFn)(const EXENTRY* entries, int count);
+// The entries of the frame as the host saw them at the last call of `function`; their count.
+typedef int (*TestHostSeenEntriesFn)(const char* function, EXENTRY* out, int capacity);
+// Frames loaded and not yet freed.
+typedef int (*TestHostLiveFramesFn)();
+// What SX_EndScriboEdit answers.
+typedef void (*TestHostSetEndEditResultFn)(int result);
+}
