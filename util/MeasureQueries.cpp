@@ -11,13 +11,15 @@ bool SXUtilIsEmptyMeasure(short source, short staff, short measure) {
   for (short layer = 0; layer < layers; ++layer) {
     EXTGF2005a* frame = SX_LoadTGF(static_cast<unsigned short>(source), staff, measure, layer, 1,
                                    kScriboHostVersion);
-    if (!frame)
-      continue;
     bool hasNote = false;
-    const EXENTRY* entries = frame->entries;
-    const int count = frame->entryCount;
-    for (int i = 0; i < count && entries && !hasNote; ++i)
-      hasNote = (entries[i].flags & kEntryIsNote) != 0;
+    if (frame) {
+      const EXENTRY* entries = frame->entries;
+      const int count = frame->entryCount;
+      for (int i = 0; i < count && entries && !hasNote; ++i)
+        hasNote = (entries[i].flags & kEntryIsNote) != 0;
+    }
+    // Every load is matched by a free, a failed one too (the host gets null), so the SDK's
+    // count of loaded frames is back where it was when this returns.
     SX_FreeTGF(frame, kScriboHostVersion);
     if (hasNote)
       return false;

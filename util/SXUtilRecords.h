@@ -47,8 +47,9 @@ bool SXUtilGetStaffTrans(short staff, short* staffTrans);
 long SXUtilGetStaffName(short staff, short which, unsigned short* name, int nameSize);
 
 // True when no layer of the measure on that staff holds a note entry: rests alone, or no
-// frames, count as empty. `source` is the frame source of the selection region. Every frame it
-// loads is freed before it returns.
+// frames, count as empty. `source` is the frame source of the selection region. Every load is
+// matched by SX_FreeTGF before it returns, a failed one too (the host is handed null then), so
+// LoadedTGFCounter is back at its earlier value.
 bool SXUtilIsEmptyMeasure(short source, short staff, short measure);
 
 // The number of consecutive instrument slots from slot 1 for which SX_SlotToInst(slot, set)
