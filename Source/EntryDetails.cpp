@@ -14,7 +14,7 @@ namespace {
 
 // Whether `tag` can only be answered from a preference number, which a null key list lacks.
 bool NeedsPreferenceNumber(uint32_t tag) {
-  return tag == FourCharTag("pfPF") || FindPrefTagRule(tag) != nullptr;
+  return FindPrefTagRule(tag) != nullptr;
 }
 
 // The fret-instrument record is cleared before the host fills it, and a host that fills part

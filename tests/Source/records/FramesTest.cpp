@@ -59,7 +59,8 @@ TEST(Frames, HostSeesCleanedEntriesOnInsertDeleteSaveAndReduce) {
   EXPECT_EQ(NoteFlags(seen[1], 0), 0x80000000u);
   EXPECT_EQ(NoteIDs(seen[2]), (std::vector<int16_t>{6, 5, 3}));
   // The host moved the array: the frame must be read again.
-  EXPECT_NE(frame->entries, before);
+  EXENTRY* after = frame->entries;
+  EXPECT_NE(after, before);
   ASSERT_EQ(int{frame->entryCount}, 5);
   EXPECT_EQ(NoteCount(frame->entries[1]), 0);
   EXPECT_EQ(NoteCount(frame->entries[3]), 1);
