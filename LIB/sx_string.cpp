@@ -107,9 +107,17 @@ int sx_sprintf(unsigned short* dst, size_t dstSize, const unsigned short* format
 
 namespace {
 
+// Characters go to toupper as signed bytes, so bytes above 0x7F are negative and sort below
+// ASCII. A negative value has no upper case of its own; it is kept as it is rather than handed
+// to a C library that may index a table with it.
+int Upper(char c) {
+  const int value = static_cast<signed char>(c);
+  return value < 0 ? value : std::toupper(value);
+}
+
 int CompareUpper(char a, char b) {
-  const int x = std::toupper(static_cast<signed char>(a));
-  const int y = std::toupper(static_cast<signed char>(b));
+  const int x = Upper(a);
+  const int y = Upper(b);
   return x == y ? 0 : (x < y ? -1 : 1);
 }
 
