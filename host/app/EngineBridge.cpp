@@ -1,0 +1,214 @@
+#include "EngineBridge.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+#include "Records.h"
+
+namespace scribo::host {
+
+using musicxml::Entry;
+using musicxml::Frame;
+using musicxml::kLayerCount;
+using musicxml::Score;
+
+namespace {
+
+// UTF-8 to UTF-16 for staff names; malformed bytes become U+FFFD.
+std::u16string Utf16(const std::string& text) {
+  std::u16string out;
+  for (size_t i = 0; i < text.size();) {
+    unsigned char c = static_cast<unsigned char>(text[i]);
+    uint32_t cp = 0xFFFD;
+    size_t length = c < 0x80 ? 1 : (c >> 5) == 6 ? 2 : (c >> 4) == 14 ? 3 : (c >> 3) == 30 ? 4 : 0;
+    if (length == 0 || i + length > text.size()) {
+      ++i;
+    } else {
+      cp = length == 1 ? c : c & (0x7F >> length);
+      bool valid = true;
+      for (size_t k = 1; k < length; ++k) {
+        unsigned char d = static_cast<unsigned char>(text[i + k]);
+        if ((d & 0xC0) != 0x80)
+          valid = false;
+        cp = (cp << 6) | (d & 0x3F);
+      }
+      if (!valid || cp > 0x10FFFF)
+        cp = 0xFFFD;
+      i += valid ? length : 1;
+    }
+    if (cp >= 0x10000) {
+      cp -= 0x10000;
+      out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
+      out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
+    } else {
+      out.push_back(static_cast<char16_t>(cp));
+    }
+  }
+  return out;
+}
+
+std::string MeasureName(const Score& score, int m) {
+  const std::string& number = score.measures[m].number;
+  return number.empty() ? std::to_string(m + 1) : number;
+}
+
+} // namespace
+
+engine::TimeSignature EngineTimeSignature(int beats, int beatType, int32_t measureLength) {
+  if (beats <= 0 || beatType <= 0) {
+    // No time signature: one beat as long as the music.
+    int32_t length = std::clamp<int32_t>(measureLength, 1, 32767);
+    return {1, static_cast<int16_t>(length)};
+  }
+  int32_t beatValue = 4096 / beatType;
+  if (beatType >= 8 && beats > 3 && beats % 3 == 0)
+    return {static_cast<int16_t>(beats / 3), static_cast<int16_t>(beatValue * 3)};
+  return {static_cast<int16_t>(std::min(beats, 32767)),
+          static_cast<int16_t>(std::max<int32_t>(beatValue, 1))};
+}
+
+int16_t EngineKeySignature(int fifths, bool minor) {
+  return static_cast<int16_t>((static_cast<uint16_t>(minor ? 1 : 0) << 8) |
+                              static_cast<uint8_t>(static_cast<int8_t>(fifths)));
+}
+
+void EngineBridge::Load(Score& score, engine::Document& document, const MeasureProgress& progress) {
+  document.Clear();
+  sourceOf_.clear();
+  for (const auto& staff : score.staves)
+    if (document.AddStaff(Utf16(staff.name)) < 0)
+      throw std::runtime_error("the engine holds no more than 32767 staves");
+  for (const auto& measure : score.measures) {
+    engine::TimeSignature time =
+        EngineTimeSignature(measure.beats, measure.beatType, measure.contentLength);
+    if (document.AddMeasure(EngineKeySignature(measure.keyFifths, measure.minor), time) < 0)
+      throw std::runtime_error("the engine holds no more than 32767 measures");
+  }
+
+  // Tuplet detail records start as copies of the document's tuplet preferences.
+  std::vector<uint8_t> templateRecord(engine::kTupletRecordSize, 0);
+  const uint16_t prefKey[1] = {0};
+  if (auto prefs = document.Record(engine::kTagTupletPrefs, prefKey);
+      prefs && prefs->size() == engine::kTupletRecordSize)
+    templateRecord = *prefs;
+
+  int staves = static_cast<int>(score.staves.size());
+  int measures = static_cast<int>(score.measures.size());
+  for (int m = 0; m < measures; ++m) {
+    for (int s = 0; s < staves; ++s) {
+      for (int l = 0; l < kLayerCount; ++l) {
+        Frame& frame = score.At(s, m, l);
+        engine::FrameAddress address{static_cast<int16_t>(s + 1), static_cast<int16_t>(m + 1),
+                                     static_cast<int16_t>(l)};
+        for (Entry& e : frame.entries) {
+          engine::EntrySpec spec;
+          spec.duration = e.duration;
+          spec.actualDuration = e.actualDuration;
+          spec.position = e.position;
+          if (e.tuplet)
+            spec.flags |= kEntryTupletStart;
+          for (const auto& p : e.pitches) {
+            uint32_t flags =
+                (p.tieStart ? engine::kNoteTieStart : 0) | (p.tieEnd ? engine::kNoteTieEnd : 0);
+            spec.notes.push_back({p.step, p.alteration, flags});
+          }
+          if (spec.notes.size() > kMaxNotesPerEntry)
+            spec.notes.resize(kMaxNotesPerEntry);
+          uint32_t number = document.AddEntry(address, spec);
+          if (number == 0)
+            throw std::runtime_error("the engine refused an entry of staff " +
+                                     std::to_string(s + 1) + ", measure " + MeasureName(score, m));
+          e.entryNumber = number;
+          sourceOf_[number] = e.source;
+          if (e.tuplet) {
+            engine::TupletRecord record;
+            std::memcpy(&record, templateRecord.data(), sizeof record);
+            record.tupletNumber = e.tuplet->tupletNumber;
+            record.tupletUnit = e.tuplet->tupletUnit;
+            record.referenceNumber = e.tuplet->referenceNumber;
+            record.referenceUnit = e.tuplet->referenceUnit;
+            std::vector<uint8_t> bytes(sizeof record);
+            std::memcpy(bytes.data(), &record, sizeof record);
+            document.PutEntryDetail(engine::kTagTupletDetail, number, 0, bytes);
+          }
+        }
+      }
+    }
+    if (progress)
+      progress(m + 1, measures);
+  }
+}
+
+Score EngineBridge::Read(const Score& shape, const engine::Document& document,
+                         const MeasureProgress& progress) const {
+  Score score;
+  score.staves = shape.staves;
+  score.measures = shape.measures;
+  score.Resize();
+  int staves = static_cast<int>(score.staves.size());
+  int measures = static_cast<int>(score.measures.size());
+  for (int m = 0; m < measures; ++m) {
+    for (int s = 0; s < staves; ++s) {
+      for (int l = 0; l < kLayerCount; ++l) {
+        engine::FrameAddress address{static_cast<int16_t>(s + 1), static_cast<int16_t>(m + 1),
+                                     static_cast<int16_t>(l)};
+        std::vector<EXENTRY> entries = document.Entries(address);
+        if (entries.empty())
+          continue;
+        std::vector<engine::BeamRole> beams = document.Beams(address);
+        Frame& frame = score.At(s, m, l);
+        frame.entries.reserve(entries.size());
+        for (size_t i = 0; i < entries.size(); ++i) {
+          const EXENTRY& x = entries[i];
+          Entry e;
+          e.entryNumber = x.entryNumber;
+          e.position = x.position;
+          e.duration = x.duration;
+          e.actualDuration = x.actualDuration;
+          uint32_t flags = x.flags;
+          e.isNote = (flags & kEntryIsNote) != 0;
+          int16_t count = std::clamp<int16_t>(x.noteCount, 0, kMaxNotesPerEntry);
+          for (int16_t k = 0; e.isNote && k < count; ++k) {
+            const EXNOTE& note = x.notes[k];
+            uint32_t noteFlags = note.noteFlags;
+            if (noteFlags & kNoteRestPlaceholder)
+              continue;
+            e.pitches.push_back({NotePitchStep(note), NotePitchAlteration(note),
+                                 (noteFlags & engine::kNoteTieStart) != 0,
+                                 (noteFlags & engine::kNoteTieEnd) != 0});
+          }
+          if (flags & kEntryTupletStart) {
+            if (auto record = document.Tuplet(x.entryNumber))
+              e.tuplet = musicxml::TupletRatio{record->tupletNumber, record->tupletUnit,
+                                               record->referenceNumber, record->referenceUnit};
+          }
+          if (i < beams.size()) {
+            switch (beams[i]) {
+            case engine::BeamRole::Start:
+              e.beam = musicxml::Beam::Start;
+              break;
+            case engine::BeamRole::Continue:
+              e.beam = musicxml::Beam::Continue;
+              break;
+            case engine::BeamRole::End:
+              e.beam = musicxml::Beam::End;
+              break;
+            case engine::BeamRole::None:
+              break;
+            }
+          }
+          auto it = sourceOf_.find(x.entryNumber);
+          e.source = it == sourceOf_.end() ? -1 : it->second;
+          frame.entries.push_back(std::move(e));
+        }
+      }
+    }
+    if (progress)
+      progress(m + 1, measures);
+  }
+  return score;
+}
+
+} // namespace scribo::host

@@ -1,0 +1,17 @@
+// "3-5" or "4" on the command line: an inclusive range of measures or staves, numbered from 1.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace scribo::host {
+
+struct NumberRange {
+  int first = 1;
+  int last = 1;
+};
+
+// Nullopt for text that is not "N" or "A-B" with 1 <= A <= B.
+std::optional<NumberRange> ParseRange(std::string_view text);
+
+} // namespace scribo::host
