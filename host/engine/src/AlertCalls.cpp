@@ -25,8 +25,8 @@ const char* KindName(uint16_t kind) {
   }
 }
 
-int ShowAlert(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier, std::optional<std::string> literal,
-              const void* caller) {
+int ShowAlert(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier,
+              std::optional<std::string> literal, const void* caller) {
   EngineState& s = State();
   ++s.Count(HostCall::AlertMessage);
   if (identifier == 0 && !literal)
@@ -43,7 +43,8 @@ int ShowAlert(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier, std::
     std::optional<std::string> bundle = EnclosingBundle(caller);
     if (!bundle && dialog)
       bundle = dialog->bundle;
-    std::optional<std::string> localized = bundle ? LocalizedString(*bundle, alert.key) : std::nullopt;
+    std::optional<std::string> localized =
+        bundle ? LocalizedString(*bundle, alert.key) : std::nullopt;
     alert.resolved = localized ? *localized : literal ? *literal : alert.key;
   } else {
     alert.resolved = alert.text;
@@ -56,9 +57,10 @@ int ShowAlert(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier, std::
 
 } // namespace
 
-SX_EXPORT int SX_AlertMessage(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier, const char* text,
-                              uint32_t version) {
-  return ShowAlert(owner, kind, identifier, text ? std::optional(MacRomanToUtf8(text)) : std::nullopt,
+SX_EXPORT int SX_AlertMessage(OpaqueCocoaWindow* owner, uint32_t kind, int32_t identifier,
+                              const char* text, uint32_t version) {
+  return ShowAlert(owner, kind, identifier,
+                   text ? std::optional(MacRomanToUtf8(text)) : std::nullopt,
                    __builtin_return_address(0));
 }
 

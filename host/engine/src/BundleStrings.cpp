@@ -34,7 +34,8 @@ std::string LanguageOf(const char* variable) {
 
 std::string DevelopmentRegion(const fs::path& bundle) {
   pugi::xml_document doc;
-  if (!doc.load_file((bundle / "Contents" / "Info.plist").c_str(), pugi::parse_default, pugi::encoding_utf8))
+  if (!doc.load_file((bundle / "Contents" / "Info.plist").c_str(), pugi::parse_default,
+                     pugi::encoding_utf8))
     return {};
   for (pugi::xml_node key : doc.child("plist").child("dict").children("key"))
     if (std::string_view(key.text().get()) == "CFBundleDevelopmentRegion")
@@ -87,7 +88,8 @@ std::optional<std::string> EnclosingBundle(const void* address) {
   fs::path image = fs::weakly_canonical(info.dli_fname, ec);
   if (ec)
     image = info.dli_fname;
-  for (fs::path dir = image.parent_path(); !dir.empty() && dir != dir.root_path(); dir = dir.parent_path()) {
+  for (fs::path dir = image.parent_path(); !dir.empty() && dir != dir.root_path();
+       dir = dir.parent_path()) {
     if (dir.extension() == ".bundle" && fs::is_regular_file(dir / "Contents" / "Info.plist", ec))
       return dir.string();
   }

@@ -18,10 +18,13 @@ using namespace scribo::engine;
 
 namespace {
 
-constexpr long kCodeFieldChanged = 0x202; // notification code of a typed field, in bits 16..31 of `extra`
+constexpr long kCodeFieldChanged =
+    0x202; // notification code of a typed field, in bits 16..31 of `extra`
 constexpr int16_t kCancelItem = 2;
 
-bool IsField(const DialogControl& c) { return c.kind == ControlKind::Number || c.kind == ControlKind::Text; }
+bool IsField(const DialogControl& c) {
+  return c.kind == ControlKind::Number || c.kind == ControlKind::Text;
+}
 
 // A field's numeric value is what its text shows: the leading integer, 0 when there is none.
 int32_t NumberOf(const std::string& text) {
@@ -47,7 +50,8 @@ DialogView ViewOf(const EngineState& s, const DialogWindow& d) {
   return view;
 }
 
-void Send(DialogWindow& d, SF_DialogHandlerUPP handler, unsigned int message, long item, long extra, void* user) {
+void Send(DialogWindow& d, SF_DialogHandlerUPP handler, unsigned int message, long item, long extra,
+          void* user) {
   DialogMessage sent{message, item, extra, 0};
   sent.result = handler(d.window(), message, item, extra, user);
   d.record.messages.push_back(sent);
@@ -66,7 +70,8 @@ void Refuse(const DialogWindow& d, const DialogAction& action, const char* why) 
   std::fprintf(stderr, "dialog %d: item %d %s; action ignored\n", d.resource, action.item, why);
 }
 
-void Play(EngineState& s, DialogWindow& d, const DialogAction& action, SF_DialogHandlerUPP handler, void* user) {
+void Play(EngineState& s, DialogWindow& d, const DialogAction& action, SF_DialogHandlerUPP handler,
+          void* user) {
   if (action.kind == DialogAction::Kind::Move) {
     auto& frame = s.windowData.windows[&d];
     frame.x = action.left;
@@ -114,7 +119,9 @@ DialogControl* ControlOf(OpaqueCocoaWindow* window, int item) {
 }
 
 // Fields show their text; other controls their label.
-std::string& ShownText(DialogControl& c) { return IsField(c) ? c.text : c.label; }
+std::string& ShownText(DialogControl& c) {
+  return IsField(c) ? c.text : c.label;
+}
 
 void SetShownText(DialogControl& c, std::string text) {
   if (IsField(c))
@@ -134,8 +141,8 @@ void SetControlValue(DialogControl& c, std::optional<std::string> text, int32_t 
 
 // Returns 1 once the dialog has run and closed; 0 without calling the handler when the
 // handler is null or its bundle has no such resource.
-SX_EXPORT intptr_t SX_Dialog(int resource, SF_DialogHandlerUPP handler, OpaqueCocoaWindow* parent, int flags,
-                             void* userData, uint32_t version) {
+SX_EXPORT intptr_t SX_Dialog(int resource, SF_DialogHandlerUPP handler, OpaqueCocoaWindow* parent,
+                             int flags, void* userData, uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::Dialog);
   if (!handler)
@@ -208,7 +215,8 @@ SX_EXPORT void SX_EnableDlgItem(OpaqueCocoaWindow* window, int item, int enable,
     c->enabled = enable != 0;
 }
 
-SX_EXPORT void SX_ShowHideDlgItem(OpaqueCocoaWindow* window, int item, int visible, uint32_t version) {
+SX_EXPORT void SX_ShowHideDlgItem(OpaqueCocoaWindow* window, int item, int visible,
+                                  uint32_t version) {
   if (DialogControl* c = ControlOf(window, item))
     c->visible = visible != 0;
 }
@@ -223,7 +231,8 @@ SX_EXPORT void SX_SetDlgFocus(OpaqueCocoaWindow* window, int item, uint32_t vers
 
 // The control's numeric value (a field's leading integer; an empty field reads 0). A buffer,
 // when given, receives the text shown.
-SX_EXPORT int32_t SX_GetDlgCntlVal(OpaqueCocoaWindow* window, int item, char* buffer, int size, uint32_t version) {
+SX_EXPORT int32_t SX_GetDlgCntlVal(OpaqueCocoaWindow* window, int item, char* buffer, int size,
+                                   uint32_t version) {
   DialogControl* c = ControlOf(window, item);
   if (!c)
     return 0;
@@ -231,8 +240,8 @@ SX_EXPORT int32_t SX_GetDlgCntlVal(OpaqueCocoaWindow* window, int item, char* bu
   return c->value;
 }
 
-SX_EXPORT int32_t SX_GetDlgCntlVal_UTF16(OpaqueCocoaWindow* window, int item, uint16_t* buffer, int size,
-                                         uint32_t version) {
+SX_EXPORT int32_t SX_GetDlgCntlVal_UTF16(OpaqueCocoaWindow* window, int item, uint16_t* buffer,
+                                         int size, uint32_t version) {
   DialogControl* c = ControlOf(window, item);
   if (!c)
     return 0;
@@ -243,39 +252,44 @@ SX_EXPORT int32_t SX_GetDlgCntlVal_UTF16(OpaqueCocoaWindow* window, int item, ui
 
 // A field shows `text` when given (an empty text clears it), else the number `value`; other
 // controls take `value`.
-SX_EXPORT void SX_SetDlgCntlVal(OpaqueCocoaWindow* window, int item, const char* text, int32_t value,
-                                uint32_t version) {
+SX_EXPORT void SX_SetDlgCntlVal(OpaqueCocoaWindow* window, int item, const char* text,
+                                int32_t value, uint32_t version) {
   if (DialogControl* c = ControlOf(window, item))
     SetControlValue(*c, text ? std::optional(MacRomanToUtf8(text)) : std::nullopt, value);
 }
 
-SX_EXPORT void SX_SetDlgCntlVal_UTF16(OpaqueCocoaWindow* window, int item, const uint16_t* text, int32_t value,
-                                      uint32_t version) {
+SX_EXPORT void SX_SetDlgCntlVal_UTF16(OpaqueCocoaWindow* window, int item, const uint16_t* text,
+                                      int32_t value, uint32_t version) {
   if (DialogControl* c = ControlOf(window, item))
     SetControlValue(*c, text ? std::optional(Utf16ToUtf8(text)) : std::nullopt, value);
 }
 
-SX_EXPORT void SX_GetDlgString(OpaqueCocoaWindow* window, int item, char* buffer, int size, uint32_t version) {
+SX_EXPORT void SX_GetDlgString(OpaqueCocoaWindow* window, int item, char* buffer, int size,
+                               uint32_t version) {
   if (DialogControl* c = ControlOf(window, item))
     CopyOut(Utf8ToMacRoman(ShownText(*c)), buffer, size);
 }
 
-SX_EXPORT void SX_GetDlgString_UTF16(OpaqueCocoaWindow* window, int item, uint16_t* buffer, int size,
-                                     uint32_t version) {
+SX_EXPORT void SX_GetDlgString_UTF16(OpaqueCocoaWindow* window, int item, uint16_t* buffer,
+                                     int size, uint32_t version) {
   if (DialogControl* c = ControlOf(window, item))
     CopyOut(Utf8ToUtf16(ShownText(*c)), reinterpret_cast<char16_t*>(buffer), size);
 }
 
-SX_EXPORT void SX_SetDlgString(OpaqueCocoaWindow* window, int item, const char* text, uint32_t version) {
+SX_EXPORT void SX_SetDlgString(OpaqueCocoaWindow* window, int item, const char* text,
+                               uint32_t version) {
   DialogControl* c = ControlOf(window, item);
   if (c && text)
     SetShownText(*c, MacRomanToUtf8(text));
 }
 
-SX_EXPORT void SX_SetDlgString_UTF16(OpaqueCocoaWindow* window, int item, const uint16_t* text, uint32_t version) {
+SX_EXPORT void SX_SetDlgString_UTF16(OpaqueCocoaWindow* window, int item, const uint16_t* text,
+                                     uint32_t version) {
   DialogControl* c = ControlOf(window, item);
   if (c && text)
     SetShownText(*c, Utf16ToUtf8(text));
 }
 
-SX_EXPORT int SX_IsCocoaSXDLG(OpaqueCocoaWindow* window, uint32_t version) { return State().Dialog(window) ? 1 : 0; }
+SX_EXPORT int SX_IsCocoaSXDLG(OpaqueCocoaWindow* window, uint32_t version) {
+  return State().Dialog(window) ? 1 : 0;
+}

@@ -35,9 +35,11 @@ std::nullopt_t Malformed(const std::filesystem::path& file, const std::string& w
 
 } // namespace
 
-std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle, int resource) {
+std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle,
+                                                             int resource) {
   namespace fs = std::filesystem;
-  fs::path file = fs::path(bundle) / "Contents" / "Resources" / "Dialogs" / (std::to_string(resource) + ".xml");
+  fs::path file =
+      fs::path(bundle) / "Contents" / "Resources" / "Dialogs" / (std::to_string(resource) + ".xml");
   std::error_code ec;
   if (!fs::is_regular_file(file, ec))
     return std::nullopt;
@@ -62,7 +64,8 @@ std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& 
     control.kind = *kind;
     control.group = item.attribute("group").value();
     control.labelKey = item.attribute("label").value();
-    auto label = control.labelKey.empty() ? std::nullopt : LocalizedString(bundle, control.labelKey);
+    auto label =
+        control.labelKey.empty() ? std::nullopt : LocalizedString(bundle, control.labelKey);
     control.label = label ? *label : control.labelKey;
     controls.push_back(std::move(control));
   }

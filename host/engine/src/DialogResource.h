@@ -14,6 +14,7 @@ namespace scribo::engine {
 
 // The controls of the resource, labels localised, values 0, texts empty. Nullopt (and a
 // message on standard error for a malformed file) when the resource cannot be used.
-std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle, int resource);
+std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle,
+                                                             int resource);
 
 } // namespace scribo::engine

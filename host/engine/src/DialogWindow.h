@@ -13,11 +13,11 @@ namespace scribo::engine {
 
 struct DialogWindow {
   int16_t resource = 0;
-  std::string bundle;            // the plug-in bundle whose resource and strings it uses
+  std::string bundle; // the plug-in bundle whose resource and strings it uses
   std::vector<DialogControl> controls;
   int16_t focus = 0;
   bool ended = false;
-  size_t firstAlert = 0;         // index in the alert log when the dialog opened
+  size_t firstAlert = 0; // index in the alert log when the dialog opened
   DialogRecord record;
 
   DialogControl* Find(int16_t item) {

@@ -34,7 +34,9 @@ RecordKey TwoWordKey(uint32_t tag, int16_t first) {
 
 } // namespace
 
-void Document::Clear() { data_->ResetToEmpty(); }
+void Document::Clear() {
+  data_->ResetToEmpty();
+}
 
 int16_t Document::AddStaff(std::u16string_view name, std::u16string_view secondName) {
   if (data_->staffCount == INT16_MAX)
@@ -61,8 +63,12 @@ int16_t Document::AddMeasure(int16_t keySig, TimeSignature time) {
   return measure;
 }
 
-int16_t Document::StaffCount() const { return data_->staffCount; }
-int16_t Document::MeasureCount() const { return data_->measureCount; }
+int16_t Document::StaffCount() const {
+  return data_->staffCount;
+}
+int16_t Document::MeasureCount() const {
+  return data_->measureCount;
+}
 
 std::u16string Document::StaffName(int16_t staff) const {
   const auto* spec = data_->FindRecord(TwoWordKey(kTagStaffSpec, staff));
@@ -118,7 +124,9 @@ bool Document::SetStaffTransposition(int16_t staff, int16_t word) {
   return true;
 }
 
-bool Document::IsValid(FrameAddress frame) const { return data_->IsValid(frame); }
+bool Document::IsValid(FrameAddress frame) const {
+  return data_->IsValid(frame);
+}
 
 uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
   if (!data_->IsValid(frame) || spec.notes.size() > size_t(kMaxNotesPerEntry))
@@ -142,7 +150,8 @@ uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
     EXNOTE& note = e.notes[j];
     SetNotePitch(note, spec.notes[j].step, spec.notes[j].alteration);
     note.noteID = int16_t(j + 1);
-    note.noteFlags = (spec.notes[j].noteFlags & ~kNoteIDCopyMask) | (uint32_t(note.noteID & 0x1F) << 16);
+    note.noteFlags =
+        (spec.notes[j].noteFlags & ~kNoteIDCopyMask) | (uint32_t(note.noteID & 0x1F) << 16);
   }
   return AddEntry(frame, e);
 }
@@ -154,15 +163,17 @@ uint32_t Document::AddEntry(FrameAddress frame, const EXENTRY& entry) {
   FrameData& f = data_->frames[id];
   if (f.entries.size() >= size_t(kMaxFrameEntries))
     return 0;
-  EXENTRY e = entry;
-  if (e.entryNumber == 0 || data_->entryIndex.count(e.entryNumber))
-    e.entryNumber = data_->NewEntryNumber();
-  else if (e.entryNumber > data_->lastEntryNumber)
-    data_->lastEntryNumber = e.entryNumber;
-  f.entries.push_back(e);
+  // Packed fields are copied out, never bound to references.
+  uint32_t number = entry.entryNumber;
+  if (number == 0 || data_->entryIndex.count(number))
+    number = data_->NewEntryNumber();
+  else if (number > data_->lastEntryNumber)
+    data_->lastEntryNumber = number;
+  f.entries.push_back(entry);
+  f.entries.back().entryNumber = number;
   f.beams.push_back(BeamRole::None);
-  data_->entryIndex[e.entryNumber] = id;
-  return e.entryNumber;
+  data_->entryIndex[number] = id;
+  return number;
 }
 
 std::vector<EXENTRY> Document::Entries(FrameAddress frame) const {
@@ -207,9 +218,12 @@ bool Document::ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entri
   return true;
 }
 
-size_t Document::EntryCount() const { return data_->entryIndex.size(); }
+size_t Document::EntryCount() const {
+  return data_->entryIndex.size();
+}
 
-void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaff, int16_t lastMeasure) {
+void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaff,
+                      int16_t lastMeasure) {
   firstStaff = std::max<int16_t>(firstStaff, 1);
   firstMeasure = std::max<int16_t>(firstMeasure, 1);
   lastStaff = std::min(lastStaff, data_->staffCount);
@@ -226,14 +240,16 @@ void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaf
   }
 }
 
-bool Document::PutRecord(uint32_t tag, std::span<const uint16_t> keys, std::span<const uint8_t> bytes) {
+bool Document::PutRecord(uint32_t tag, std::span<const uint16_t> keys,
+                         std::span<const uint8_t> bytes) {
   if (keys.size() < KeyWordsForTag(tag))
     return false;
   data_->records[MakeRecordKey(tag, keys.data())].assign(bytes.begin(), bytes.end());
   return true;
 }
 
-std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag, std::span<const uint16_t> keys) const {
+std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
+                                                     std::span<const uint16_t> keys) const {
   if (keys.size() < KeyWordsForTag(tag))
     return std::nullopt;
   if (const auto* bytes = data_->FindRecord(MakeRecordKey(tag, keys.data())))
@@ -249,7 +265,8 @@ bool Document::RemoveRecord(uint32_t tag, std::span<const uint16_t> keys) {
 
 std::vector<RecordView> Document::Records(uint32_t tag) const {
   std::vector<RecordView> out;
-  for (auto it = data_->records.lower_bound({tag, 0}); it != data_->records.end() && it->first.tag == tag; ++it)
+  for (auto it = data_->records.lower_bound({tag, 0});
+       it != data_->records.end() && it->first.tag == tag; ++it)
     out.push_back({tag, KeyWords(it->first), it->second});
   return out;
 }
@@ -277,7 +294,8 @@ std::vector<RecordView> Document::EntryDetails(uint32_t entryNumber) const {
   while (it != data_->records.end() && IsEntryDetailTag(it->first.tag)) {
     uint32_t tag = it->first.tag;
     for (auto r = data_->records.lower_bound(EntryDetailKey(tag, entryNumber, 0));
-         r != data_->records.end() && r->first.tag == tag && EntryNumberOf(r->first) == entryNumber; ++r)
+         r != data_->records.end() && r->first.tag == tag && EntryNumberOf(r->first) == entryNumber;
+         ++r)
       out.push_back({tag, KeyWords(r->first), r->second});
     it = data_->records.upper_bound(RecordKey{tag, UINT64_MAX});
   }
@@ -305,14 +323,16 @@ bool Document::RemovePreference(uint32_t tag, uint16_t number) {
   return KeyWordsForTag(tag) == 1 && RemoveRecord(tag, keys);
 }
 
-bool Document::PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index, std::span<const uint8_t> bytes) {
+bool Document::PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index,
+                              std::span<const uint8_t> bytes) {
   if (!IsOtherRecordTag(tag) || bytes.size() != kOtherRecordSize)
     return false;
   const uint16_t keys[2] = {owner, index};
   return PutRecord(tag, keys, bytes);
 }
 
-std::optional<std::vector<uint8_t>> Document::OtherRecord(uint32_t tag, uint16_t owner, uint16_t index) const {
+std::optional<std::vector<uint8_t>> Document::OtherRecord(uint32_t tag, uint16_t owner,
+                                                          uint16_t index) const {
   const uint16_t keys[2] = {owner, index};
   return IsOtherRecordTag(tag) ? Record(tag, keys) : std::nullopt;
 }

@@ -53,7 +53,7 @@ void DocumentData::StoreFrame(FrameId id, std::span<EXENTRY> entries) {
   std::unordered_map<uint32_t, BeamRole> oldRoles;
   oldRoles.reserve(frame.entries.size());
   for (size_t i = 0; i < frame.entries.size(); ++i)
-    oldRoles.emplace(frame.entries[i].entryNumber, frame.beams[i]);
+    oldRoles.emplace(uint32_t(frame.entries[i].entryNumber), frame.beams[i]);
 
   std::unordered_set<uint32_t> kept;
   kept.reserve(entries.size());
@@ -74,12 +74,13 @@ void DocumentData::StoreFrame(FrameId id, std::span<EXENTRY> entries) {
   }
 
   for (const EXENTRY& old : frame.entries) {
-    if (kept.count(old.entryNumber))
+    uint32_t number = old.entryNumber;
+    if (kept.count(number))
       continue;
-    auto owner = entryIndex.find(old.entryNumber);
+    auto owner = entryIndex.find(number);
     if (owner != entryIndex.end() && owner->second == id) {
       entryIndex.erase(owner);
-      RemoveEntryDetails(old.entryNumber);
+      RemoveEntryDetails(number);
     }
   }
 

@@ -14,7 +14,8 @@ namespace scribo::engine {
 // A frame address packed into one word: staff, measure, layer.
 using FrameId = uint64_t;
 inline FrameId MakeFrameId(FrameAddress a) {
-  return (uint64_t(uint16_t(a.staff)) << 32) | (uint64_t(uint16_t(a.measure)) << 16) | uint16_t(a.layer);
+  return (uint64_t(uint16_t(a.staff)) << 32) | (uint64_t(uint16_t(a.measure)) << 16) |
+         uint16_t(a.layer);
 }
 inline FrameAddress FrameAddressOf(FrameId id) {
   return {int16_t(uint16_t(id >> 32)), int16_t(uint16_t(id >> 16)), int16_t(uint16_t(id))};
@@ -39,7 +40,9 @@ std::vector<uint16_t> KeyWords(const RecordKey& key);
 inline RecordKey EntryDetailKey(uint32_t tag, uint32_t entryNumber, uint16_t index) {
   return {tag, (uint64_t(entryNumber) << 16) | index};
 }
-inline uint32_t EntryNumberOf(const RecordKey& key) { return uint32_t(key.order >> 16); }
+inline uint32_t EntryNumberOf(const RecordKey& key) {
+  return uint32_t(key.order >> 16);
+}
 
 struct DocumentData {
   int16_t staffCount = 0;

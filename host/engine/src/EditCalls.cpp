@@ -11,13 +11,16 @@ using namespace scribo::engine;
 SX_EXPORT intptr_t SX_StartScriboEdit(const char* description, uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::StartScriboEdit);
-  return Engine::Instance().BeginEdit(description ? MacRomanToUtf8(description) : std::string()) ? 1 : 0;
+  return Engine::Instance().BeginEdit(description ? MacRomanToUtf8(description) : std::string())
+             ? 1
+             : 0;
 }
 
 SX_EXPORT intptr_t SX_StartScriboEdit_UTF16(const uint16_t* description, uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::StartScriboEdit);
-  return Engine::Instance().BeginEdit(description ? Utf16ToUtf8(description) : std::string()) ? 1 : 0;
+  return Engine::Instance().BeginEdit(description ? Utf16ToUtf8(description) : std::string()) ? 1
+                                                                                              : 0;
 }
 
 SX_EXPORT int SX_EndScriboEdit(uint32_t version) {

@@ -10,7 +10,9 @@ Engine& Engine::Instance() {
   return engine;
 }
 
-Engine::Engine() : state_(new EngineState) { state_->data.ResetToEmpty(); }
+Engine::Engine() : state_(new EngineState) {
+  state_->data.ResetToEmpty();
+}
 
 Engine::~Engine() {
   // Frames and mass edits a plug-in never gave back are the host's to release at exit.
@@ -48,18 +50,30 @@ void Engine::Reset() {
   s.failing.fill(false);
 }
 
-Document& Engine::document() { return state_->document; }
-WindowSystem& Engine::windows() { return state_->windows; }
+Document& Engine::document() {
+  return state_->document;
+}
+WindowSystem& Engine::windows() {
+  return state_->windows;
+}
 
-void Engine::SetSelection(const EREGION& region) { state_->selection = region; }
-void Engine::ClearSelection() { state_->selection.reset(); }
-std::optional<EREGION> Engine::Selection() const { return state_->selection; }
+void Engine::SetSelection(const EREGION& region) {
+  state_->selection = region;
+}
+void Engine::ClearSelection() {
+  state_->selection.reset();
+}
+std::optional<EREGION> Engine::Selection() const {
+  return state_->selection;
+}
 
 void Engine::SetMaxLayers(int16_t count) {
   if (count >= 1 && count <= kMaxLayerCount)
     state_->maxLayers = count;
 }
-int16_t Engine::MaxLayers() const { return state_->maxLayers; }
+int16_t Engine::MaxLayers() const {
+  return state_->maxLayers;
+}
 
 void Engine::SetLayerShown(int16_t layer, bool shown) {
   if (layer >= 0 && layer < kMaxLayerCount)
@@ -69,7 +83,9 @@ bool Engine::LayerShown(int16_t layer) const {
   return layer >= 0 && layer < state_->maxLayers && state_->layerShown[size_t(layer)];
 }
 
-void Engine::SetInstrumentSlots(std::vector<int16_t> instruments) { state_->instrumentSlots = std::move(instruments); }
+void Engine::SetInstrumentSlots(std::vector<int16_t> instruments) {
+  state_->instrumentSlots = std::move(instruments);
+}
 
 bool Engine::BeginEdit(std::string_view description) {
   EngineState& s = *state_;
@@ -105,8 +121,12 @@ bool Engine::CancelEdit() {
   return true;
 }
 
-int Engine::EditDepth() const { return state_->editDepth; }
-bool Engine::CanUndo() const { return state_->undoSnapshot.has_value(); }
+int Engine::EditDepth() const {
+  return state_->editDepth;
+}
+bool Engine::CanUndo() const {
+  return state_->undoSnapshot.has_value();
+}
 
 bool Engine::Undo() {
   EngineState& s = *state_;
@@ -118,25 +138,55 @@ bool Engine::Undo() {
   return true;
 }
 
-std::string Engine::LastEditDescription() const { return state_->undoDescription; }
+std::string Engine::LastEditDescription() const {
+  return state_->undoDescription;
+}
 
-void Engine::SetProgressDisplay(ProgressDisplay mode) { state_->progress = mode; }
-int Engine::OpenMassEdits() const { return int(state_->massEdits.size()); }
-long Engine::MassEditStepsReported() const { return state_->massEditSteps; }
+void Engine::SetProgressDisplay(ProgressDisplay mode) {
+  state_->progress = mode;
+}
+int Engine::OpenMassEdits() const {
+  return int(state_->massEdits.size());
+}
+long Engine::MassEditStepsReported() const {
+  return state_->massEditSteps;
+}
 
-void Engine::QueueDialogScript(DialogScript script) { state_->scripts.push_back(std::move(script)); }
-void Engine::SetInteractiveDialogs(DialogActionSource source) { state_->interactive = std::move(source); }
-void Engine::ClearDialogScripts() { state_->scripts.clear(); }
-size_t Engine::QueuedDialogScripts() const { return state_->scripts.size(); }
-const std::vector<DialogRecord>& Engine::DialogHistory() const { return state_->dialogHistory; }
+void Engine::QueueDialogScript(DialogScript script) {
+  state_->scripts.push_back(std::move(script));
+}
+void Engine::SetInteractiveDialogs(DialogActionSource source) {
+  state_->interactive = std::move(source);
+}
+void Engine::ClearDialogScripts() {
+  state_->scripts.clear();
+}
+size_t Engine::QueuedDialogScripts() const {
+  return state_->scripts.size();
+}
+const std::vector<DialogRecord>& Engine::DialogHistory() const {
+  return state_->dialogHistory;
+}
 
-const std::vector<AlertRecord>& Engine::Alerts() const { return state_->alerts; }
-void Engine::ClearAlerts() { state_->alerts.clear(); }
-void Engine::SetAlertEcho(bool toStandardError) { state_->alertEcho = toStandardError; }
+const std::vector<AlertRecord>& Engine::Alerts() const {
+  return state_->alerts;
+}
+void Engine::ClearAlerts() {
+  state_->alerts.clear();
+}
+void Engine::SetAlertEcho(bool toStandardError) {
+  state_->alertEcho = toStandardError;
+}
 
-long Engine::CallCount(HostCall call) const { return call < HostCall::Count ? state_->calls[size_t(call)] : 0; }
-void Engine::ResetCallCounts() { state_->calls.fill(0); }
-int Engine::LoadedFrames() const { return int(state_->frames.size()); }
+long Engine::CallCount(HostCall call) const {
+  return call < HostCall::Count ? state_->calls[size_t(call)] : 0;
+}
+void Engine::ResetCallCounts() {
+  state_->calls.fill(0);
+}
+int Engine::LoadedFrames() const {
+  return int(state_->frames.size());
+}
 
 void Engine::SetFailing(HostCall call, bool failing) {
   if (call < HostCall::Count)

@@ -79,6 +79,8 @@ struct EngineState {
 };
 
 // The engine's state; the host functions act on it.
-inline EngineState& State() { return Engine::Instance().state(); }
+inline EngineState& State() {
+  return Engine::Instance().state();
+}
 
 } // namespace scribo::engine

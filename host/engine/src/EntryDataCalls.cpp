@@ -64,8 +64,8 @@ void WriteKeys(uint16_t* keys, const RecordKey& key) {
 
 // Copies a neighbouring record (its keys and, when a buffer is given and large enough, its
 // body) to the caller.
-int Neighbour(std::map<RecordKey, std::vector<uint8_t>>::const_iterator it, const DocumentData& data,
-              uint32_t tag, uint16_t* keys, void* buffer, uint32_t size) {
+int Neighbour(std::map<RecordKey, std::vector<uint8_t>>::const_iterator it,
+              const DocumentData& data, uint32_t tag, uint16_t* keys, void* buffer, uint32_t size) {
   if (it == data.records.end() || it->first.tag != tag)
     return 0;
   if (buffer) {
@@ -83,7 +83,8 @@ int Neighbour(std::map<RecordKey, std::vector<uint8_t>>::const_iterator it, cons
 // With a null buffer, answers the record's size in *size. Otherwise *size is the buffer's
 // capacity on entry and the record's size on return; a buffer too small for the record gets
 // nothing and *size is left alone.
-SX_EXPORT int SX_LoadEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t* size, uint32_t version) {
+SX_EXPORT int SX_LoadEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t* size,
+                           uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::LoadEData);
   if (!keys || !size)
@@ -103,7 +104,8 @@ SX_EXPORT int SX_LoadEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t*
 }
 
 // Stores the record, creating it when it does not exist yet.
-SX_EXPORT int SX_SaveEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size, uint32_t version) {
+SX_EXPORT int SX_SaveEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size,
+                           uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::SaveEData);
   if (!keys || !AcceptsBody(tag, buffer, size))
@@ -117,7 +119,8 @@ SX_EXPORT int SX_SaveEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t 
 
 // Creates a new record; 0 when one with the same key exists. An entry detail created with
 // index 0xFFFF gets the entry's next free index, written back into keys[2].
-SX_EXPORT int SX_CreateEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size, uint32_t version) {
+SX_EXPORT int SX_CreateEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size,
+                             uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::CreateEData);
   if (s.Failing(HostCall::CreateEData) || !keys || !AcceptsBody(tag, buffer, size))
@@ -155,16 +158,19 @@ SX_EXPORT int SX_DeleteEData(uint32_t tag, uint16_t* keys, uint32_t version) {
 
 // The record of the same tag after `keys` in key order: its keys replace `keys`, its body goes
 // into `buffer` (when given; `size` is the buffer's capacity). 0 when there is none.
-SX_EXPORT int SX_NextEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size, uint32_t version) {
+SX_EXPORT int SX_NextEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size,
+                           uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::NextEData);
   if (!keys)
     return 0;
-  return Neighbour(s.data.records.upper_bound(MakeRecordKey(tag, keys)), s.data, tag, keys, buffer, size);
+  return Neighbour(s.data.records.upper_bound(MakeRecordKey(tag, keys)), s.data, tag, keys, buffer,
+                   size);
 }
 
 // The record of the same tag before `keys` in key order; as SX_NextEData otherwise.
-SX_EXPORT int SX_PreviousEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size, uint32_t version) {
+SX_EXPORT int SX_PreviousEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t size,
+                               uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::PreviousEData);
   if (!keys)

@@ -4,8 +4,8 @@
 
 using namespace scribo::engine;
 
-SX_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t frameSource, int staff, int measure, int layer, int loadOption,
-                                 uint32_t version) {
+SX_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t frameSource, int staff, int measure, int layer,
+                                 int loadOption, uint32_t version) {
   EngineState& s = State();
   ++s.Count(HostCall::LoadTGF);
   FrameAddress address{int16_t(staff), int16_t(measure), int16_t(layer)};
@@ -49,7 +49,8 @@ SX_EXPORT int SX_SaveTGF(EXTGF2005a* frame, uint32_t version) {
   LoadedFrame* loaded = s.Frame(frame);
   // A frame whose staff or measure has gone (the document was reset or an edit cancelled
   // since it was loaded) has nowhere to go.
-  if (s.Failing(HostCall::SaveTGF) || !loaded || !IsIntact(*loaded) || !s.data.IsValid(loaded->address))
+  if (s.Failing(HostCall::SaveTGF) || !loaded || !IsIntact(*loaded) ||
+      !s.data.IsValid(loaded->address))
     return 0;
   std::span<EXENTRY> entries(loaded->buffer, size_t(loaded->frame.entryCount));
   for (const EXENTRY& e : entries)

@@ -23,7 +23,8 @@ EXENTRY* AllocateEntries(int32_t capacity) {
 
 } // namespace
 
-LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries, int32_t count) {
+LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries,
+                            int32_t count) {
   int32_t capacity = std::max(count, kMinCapacity);
   EXENTRY* buffer = AllocateEntries(capacity);
   if (!buffer)
@@ -65,7 +66,8 @@ bool InsertSlots(LoadedFrame& frame, int32_t index, int32_t count) {
     return false;
   int32_t tail = size - index;
   if (size + count <= frame.capacity) {
-    std::memmove(frame.buffer + index + count, frame.buffer + index, size_t(tail) * sizeof(EXENTRY));
+    std::memmove(frame.buffer + index + count, frame.buffer + index,
+                 size_t(tail) * sizeof(EXENTRY));
   } else {
     // Grow geometrically so that a run of insertions costs amortised constant allocations;
     // head and tail are copied straight to their final places, so the tail still moves once.

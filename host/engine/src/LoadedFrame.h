@@ -11,15 +11,16 @@
 namespace scribo::engine {
 
 struct LoadedFrame {
-  EXTGF2005a frame{};       // must stay first: the plug-in's pointer is the address of this
-  FrameAddress address;     // where SX_SaveTGF stores it
+  EXTGF2005a frame{};        // must stay first: the plug-in's pointer is the address of this
+  FrameAddress address;      // where SX_SaveTGF stores it
   EXENTRY* buffer = nullptr; // the engine's array (frame.entries unless the plug-in changed it)
-  int32_t capacity = 0;     // entries `buffer` has room for
+  int32_t capacity = 0;      // entries `buffer` has room for
 };
 static_assert(std::is_standard_layout_v<LoadedFrame>);
 
 // Makes a loaded frame holding a copy of `entries`. Null when memory runs out.
-LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries, int32_t count);
+LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries,
+                            int32_t count);
 void DeleteLoadedFrame(LoadedFrame* frame);
 // Whether the plug-in left the array and count in a state the engine can work on.
 bool IsIntact(const LoadedFrame& frame);

@@ -12,7 +12,9 @@ namespace {
 
 constexpr int kBarWidth = 40;
 
-bool Shows(const EngineState& state) { return state.progress == ProgressDisplay::Terminal && isatty(STDERR_FILENO); }
+bool Shows(const EngineState& state) {
+  return state.progress == ProgressDisplay::Terminal && isatty(STDERR_FILENO);
+}
 
 } // namespace
 
@@ -25,8 +27,8 @@ void DrawProgress(const EngineState& state, MassEdit& edit) {
     int filled = int(done * kBarWidth / long(edit.jobSize));
     line.append(size_t(filled), '#');
     line.append(size_t(kBarWidth - filled), ' ');
-    line += "] " + std::to_string(done * 100 / long(edit.jobSize)) + "% (" + std::to_string(done) + "/" +
-            std::to_string(edit.jobSize) + ")";
+    line += "] " + std::to_string(done * 100 / long(edit.jobSize)) + "% (" + std::to_string(done) +
+            "/" + std::to_string(edit.jobSize) + ")";
   } else {
     line.append(size_t(kBarWidth), ' ');
     line += "] " + std::to_string(edit.done);

@@ -26,7 +26,9 @@ SX_EXPORT void SX_SetCurERegionMac(EREGION* region, uint32_t version) {
     State().selection = *region;
 }
 
-SX_EXPORT int SX_GetMaxLayers(uint32_t version) { return State().maxLayers; }
+SX_EXPORT int SX_GetMaxLayers(uint32_t version) {
+  return State().maxLayers;
+}
 
 SX_EXPORT int SX_GetShowLayer(int layer, uint32_t version) {
   return Engine::Instance().LayerShown(int16_t(layer)) ? 1 : 0;
@@ -43,4 +45,6 @@ SX_EXPORT int SX_SlotToInst(int slot, uint32_t set, uint32_t version) {
 }
 
 // The engine runs plug-ins as bundles with the host's calling conventions.
-SX_EXPORT int SX_IsMachO(uint32_t version) { return 1; }
+SX_EXPORT int SX_IsMachO(uint32_t version) {
+  return 1;
+}

@@ -8,8 +8,12 @@
 
 namespace scribo::engine {
 
-void WindowSystem::SetMainScreen(std::optional<ScreenRect> frame) { data_->mainScreen = frame; }
-std::optional<ScreenRect> WindowSystem::MainScreen() const { return data_->mainScreen; }
+void WindowSystem::SetMainScreen(std::optional<ScreenRect> frame) {
+  data_->mainScreen = frame;
+}
+std::optional<ScreenRect> WindowSystem::MainScreen() const {
+  return data_->mainScreen;
+}
 
 void WindowSystem::SetWindowFrame(const void* window, ScreenRect frame) {
   if (window)
@@ -23,10 +27,16 @@ std::optional<ScreenRect> WindowSystem::WindowFrame(const void* window) const {
   return it->second;
 }
 
-void WindowSystem::ForgetWindow(const void* window) { data_->windows.erase(window); }
+void WindowSystem::ForgetWindow(const void* window) {
+  data_->windows.erase(window);
+}
 
-void WindowSystem::SetModifierFlags(uint64_t flags) { data_->modifiers = flags; }
-uint64_t WindowSystem::ModifierFlags() const { return data_->modifiers; }
+void WindowSystem::SetModifierFlags(uint64_t flags) {
+  data_->modifiers = flags;
+}
+uint64_t WindowSystem::ModifierFlags() const {
+  return data_->modifiers;
+}
 
 void WindowSystem::SetKeyDown(int key, bool down) {
   if (key < 0 || key >= 128)
@@ -38,8 +48,12 @@ void WindowSystem::SetKeyDown(int key, bool down) {
     data_->keys[size_t(key / 8)] &= static_cast<unsigned char>(~bit);
 }
 
-void WindowSystem::ReleaseAllKeys() { data_->keys.fill(0); }
-std::array<unsigned char, 16> WindowSystem::KeyMap() const { return data_->keys; }
+void WindowSystem::ReleaseAllKeys() {
+  data_->keys.fill(0);
+}
+std::array<unsigned char, 16> WindowSystem::KeyMap() const {
+  return data_->keys;
+}
 
 } // namespace scribo::engine
 
@@ -83,7 +97,9 @@ SX_EXPORT void PlatformWindowSetFrameTopLeftPoint(void* window, double x, double
   it->second.y = y - it->second.height;
 }
 
-SX_EXPORT uint64_t PlatformModifierFlags(void) { return State().windowData.modifiers; }
+SX_EXPORT uint64_t PlatformModifierFlags(void) {
+  return State().windowData.modifiers;
+}
 
 SX_EXPORT void PlatformKeyMap(unsigned char keyMap[16]) {
   if (!keyMap)

@@ -56,7 +56,7 @@ TEST_F(EditsTest, CancelRestoresAndUndoRevertsTheLastEndedEdit) {
   EXPECT_TRUE(engine().Undo());
   auto undone = doc().Entries({1, 1, 0});
   ASSERT_EQ(undone.size(), 1u);
-  EXPECT_EQ(undone[0].entryNumber, original[0].entryNumber);
+  EXPECT_EQ(uint32_t(undone[0].entryNumber), uint32_t(original[0].entryNumber));
   EXPECT_EQ(undone[0].duration, 2048);
   EXPECT_FALSE(engine().Undo());
 }

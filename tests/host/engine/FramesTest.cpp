@@ -35,7 +35,7 @@ protected:
 std::vector<int32_t> Positions(const std::vector<EXENTRY>& entries) {
   std::vector<int32_t> out;
   for (const EXENTRY& e : entries)
-    out.push_back(e.position);
+    out.push_back(int32_t(e.position));
   return out;
 }
 
@@ -97,7 +97,9 @@ TEST_F(FramesTest, InsertAtStartMiddleAndEndThenSaveAndReload) {
         e.position = 5000 + i;
         std::memcpy(frame->entries + i, &e, sizeof e);
       } else {
-        EXPECT_EQ(e.entryNumber, before[size_t(original[size_t(i)])].entryNumber) << "slot " << i;
+        EXPECT_EQ(uint32_t(e.entryNumber),
+                  uint32_t(before[size_t(original[size_t(i)])].entryNumber))
+            << "slot " << i;
       }
     }
     // Indexes outside 0..count and counts below 1 are refused and change nothing.
@@ -115,8 +117,8 @@ TEST_F(FramesTest, InsertAtStartMiddleAndEndThenSaveAndReload) {
   EXPECT_EQ(Positions(after), (std::vector<int32_t>{5000, 0, 1024, 5003, 5004, 2048, 3072, 5007}));
   std::set<uint32_t> numbers;
   for (const EXENTRY& e : after) {
-    EXPECT_NE(e.entryNumber, 0u);
-    numbers.insert(e.entryNumber);
+    EXPECT_NE(uint32_t(e.entryNumber), 0u);
+    numbers.insert(uint32_t(e.entryNumber));
   }
   EXPECT_EQ(numbers.size(), 8u);
   EXPECT_EQ(doc().EntryCount(), 8u);
@@ -139,15 +141,15 @@ TEST_F(FramesTest, SaveNumbersEntriesUniquelyAcrossTheDocument) {
     frame->entries[3].entryNumber = 0;
     EXPECT_EQ(host.SaveTGF(frame, kStamp), 1);
     // The numbers given are written back into the frame the plug-in still holds.
-    EXPECT_EQ(frame->entries[0].entryNumber, here);
+    EXPECT_EQ(uint32_t(frame->entries[0].entryNumber), here);
     for (int i = 1; i < 4; ++i)
-      EXPECT_GT(frame->entries[i].entryNumber, std::max(here, elsewhere)) << i;
+      EXPECT_GT(uint32_t(frame->entries[i].entryNumber), std::max(here, elsewhere)) << i;
     return false;
   });
   std::vector<EXENTRY> saved = doc().Entries({1, 1, 0});
   std::set<uint32_t> numbers{elsewhere};
   for (const EXENTRY& e : saved)
-    numbers.insert(e.entryNumber);
+    numbers.insert(uint32_t(e.entryNumber));
   EXPECT_EQ(numbers.size(), 5u);
   EXPECT_EQ(doc().FindEntry(elsewhere), (FrameAddress{2, 1, 0}));
 }
@@ -164,7 +166,7 @@ TEST_F(FramesTest, InsertionStopsAt32767AndGrowsWithoutPerEntryReallocation) {
     EXPECT_EQ(frame->entryCount, 32767);
     EXPECT_EQ(host.InsertEXENTRY(frame, 0, 1, kStamp), 0);
     EXPECT_EQ(frame->entryCount, 32767);
-    EXPECT_EQ(frame->entries[107].position, 400); // the tail moved by seven slots
+    EXPECT_EQ(int32_t(frame->entries[107].position), 400); // the tail moved by seven slots
     return false;
   });
 
@@ -178,8 +180,8 @@ TEST_F(FramesTest, InsertionStopsAt32767AndGrowsWithoutPerEntryReallocation) {
       moves += frame->entries != before;
     }
     EXPECT_LE(moves, 10);
-    EXPECT_EQ(frame->entries[0].position, 1);
-    EXPECT_EQ(frame->entries[999].position, 1000);
+    EXPECT_EQ(int32_t(frame->entries[0].position), 1);
+    EXPECT_EQ(int32_t(frame->entries[999].position), 1000);
     return false;
   });
 }
@@ -214,7 +216,7 @@ TEST_F(FramesTest, DeleteAndFailingSavesAndInsertions) {
             1);
   std::vector<EXENTRY> after = doc().Entries({1, 1, 0});
   ASSERT_EQ(after.size(), 3u);
-  EXPECT_EQ(after[1].entryNumber, before[3].entryNumber);
+  EXPECT_EQ(uint32_t(after[1].entryNumber), uint32_t(before[3].entryNumber));
   // The deleted entries are gone from the document, their detail records with them.
   EXPECT_FALSE(doc().FindEntry(before[2].entryNumber));
   EXPECT_TRUE(doc().EntryDetails(before[2].entryNumber).empty());
