@@ -229,7 +229,7 @@ int RunInfo(const fs::path& input, std::ostream& out, std::ostream& err) {
       for (size_t m = 0; m < score.measures.size(); ++m)
         for (const auto& e : score.At(static_cast<int>(s), static_cast<int>(m), l).entries) {
           (e.isNote ? notes : rests) += 1;
-          tuplets += e.tuplet ? 1 : 0;
+          tuplets += static_cast<long>(e.tuplets.size());
         }
       if (notes + rests == 0)
         continue;
@@ -241,13 +241,11 @@ int RunInfo(const fs::path& input, std::ostream& out, std::ostream& err) {
     for (size_t m = 0; m < score.measures.size(); ++m)
       for (int l = 0; l < musicxml::kLayerCount; ++l)
         for (const auto& e : score.At(static_cast<int>(s), static_cast<int>(m), l).entries) {
-          if (!e.tuplet)
-            continue;
-          const auto& t = *e.tuplet;
-          out << "tuplet: staff " << s + 1 << ", measure " << score.measures[m].number << ", layer "
-              << l + 1 << ", position " << e.position << ": " << t.tupletNumber << " x "
-              << t.tupletUnit << " in the time of " << t.referenceNumber << " x " << t.referenceUnit
-              << " TDU\n";
+          for (const auto& t : e.tuplets)
+            out << "tuplet: staff " << s + 1 << ", measure " << score.measures[m].number
+                << ", layer " << l + 1 << ", position " << e.position << ": " << t.tupletNumber
+                << " x " << t.tupletUnit << " in the time of " << t.referenceNumber << " x "
+                << t.referenceUnit << " TDU\n";
         }
   return kExitOk;
 }

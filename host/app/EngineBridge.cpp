@@ -107,7 +107,7 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
           spec.duration = e.duration;
           spec.actualDuration = e.actualDuration;
           spec.position = e.position;
-          if (e.tuplet)
+          if (!e.tuplets.empty())
             spec.flags |= kEntryTupletStart;
           for (const auto& p : e.pitches) {
             uint32_t flags =
@@ -122,16 +122,18 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
                                      std::to_string(s + 1) + ", measure " + MeasureName(score, m));
           e.entryNumber = number;
           sourceOf_[number] = e.source;
-          if (e.tuplet) {
+          for (size_t k = 0; k < e.tuplets.size(); ++k) {
+            const musicxml::TupletRatio& t = e.tuplets[k];
             engine::TupletRecord record;
             std::memcpy(&record, templateRecord.data(), sizeof record);
-            record.tupletNumber = e.tuplet->tupletNumber;
-            record.tupletUnit = e.tuplet->tupletUnit;
-            record.referenceNumber = e.tuplet->referenceNumber;
-            record.referenceUnit = e.tuplet->referenceUnit;
+            record.tupletNumber = t.tupletNumber;
+            record.tupletUnit = t.tupletUnit;
+            record.referenceNumber = t.referenceNumber;
+            record.referenceUnit = t.referenceUnit;
             std::vector<uint8_t> bytes(sizeof record);
             std::memcpy(bytes.data(), &record, sizeof record);
-            document.PutEntryDetail(engine::kTagTupletDetail, number, 0, bytes);
+            document.PutEntryDetail(engine::kTagTupletDetail, number, static_cast<uint16_t>(k),
+                                    bytes);
           }
         }
       }
@@ -180,9 +182,17 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
                                  (noteFlags & engine::kNoteTieEnd) != 0});
           }
           if (flags & kEntryTupletStart) {
-            if (auto record = document.Tuplet(x.entryNumber))
-              e.tuplet = musicxml::TupletRatio{record->tupletNumber, record->tupletUnit,
-                                               record->referenceNumber, record->referenceUnit};
+            // Every tuplet record of the entry in index order: a split inside an existing
+            // tuplet adds one after the source's own.
+            for (const auto& detail : document.EntryDetails(x.entryNumber)) {
+              if (detail.tag != engine::kTagTupletDetail ||
+                  detail.bytes.size() < engine::kTupletRecordSize)
+                continue;
+              engine::TupletRecord record;
+              std::memcpy(&record, detail.bytes.data(), sizeof record);
+              e.tuplets.push_back({record.tupletNumber, record.tupletUnit, record.referenceNumber,
+                                   record.referenceUnit});
+            }
           }
           if (i < beams.size()) {
             switch (beams[i]) {

@@ -58,7 +58,7 @@ struct MeasureEdit {
 bool SameEntry(const Entry& a, const Entry& b) {
   return a.position == b.position && a.duration == b.duration &&
          a.actualDuration == b.actualDuration && a.isNote == b.isNote && a.pitches == b.pitches &&
-         a.tuplet == b.tuplet;
+         a.tuplets == b.tuplets;
 }
 
 std::string Where(const MusicXmlSource& source, const SourceGroup& group) {
@@ -76,29 +76,36 @@ int FlagCount(int32_t tdu) {
   return flags;
 }
 
+// A bracket the edit made, starting at piece `first`: it covers the pieces whose notated
+// durations fill tupletNumber x tupletUnit, and scales their time by its ratio.
+void AddNewTuplet(Segment& segment, std::vector<Rational>& inner, size_t first,
+                  const TupletRatio& t) {
+  if (t.tupletNumber <= 0 || t.tupletUnit <= 0 || t.referenceNumber <= 0 || t.referenceUnit <= 0)
+    return;
+  Rational ratio(int64_t(t.referenceNumber) * t.referenceUnit,
+                 int64_t(t.tupletNumber) * t.tupletUnit);
+  int64_t span = int64_t(t.tupletNumber) * t.tupletUnit;
+  int64_t covered = 0;
+  size_t j = first;
+  for (; j < segment.entries.size() && covered < span; ++j) {
+    inner[j] = inner[j] * ratio;
+    covered += segment.entries[j]->duration;
+  }
+  segment.tuplets.push_back({first, j - 1, t});
+}
+
 // Works out exact durations, note types and time-modifications for a run.
 void PlanPieces(const SourceGroup& group, Segment& segment) {
   size_t n = segment.entries.size();
   std::vector<Rational> inner(n, Rational(1));
   for (size_t i = 0; i < n; ++i) {
     const Entry& e = *segment.entries[i];
-    if (!e.tuplet)
-      continue;
-    if (i == 0 && group.imported.tuplet && *group.imported.tuplet == *e.tuplet)
-      continue; // the source's own bracket, still written in the source notes
-    const TupletRatio& t = *e.tuplet;
-    if (t.tupletNumber <= 0 || t.tupletUnit <= 0 || t.referenceNumber <= 0 || t.referenceUnit <= 0)
-      continue;
-    Rational ratio(int64_t(t.referenceNumber) * t.referenceUnit,
-                   int64_t(t.tupletNumber) * t.tupletUnit);
-    int64_t span = int64_t(t.tupletNumber) * t.tupletUnit;
-    int64_t covered = 0;
-    size_t j = i;
-    for (; j < n && covered < span; ++j) {
-      inner[j] = inner[j] * ratio;
-      covered += segment.entries[j]->duration;
+    for (size_t k = 0; k < e.tuplets.size(); ++k) {
+      // The source's own brackets are still written in the source notes.
+      if (i == 0 && k < group.imported.tuplets.size() && group.imported.tuplets[k] == e.tuplets[k])
+        continue;
+      AddNewTuplet(segment, inner, i, e.tuplets[k]);
     }
-    segment.tuplets.push_back({i, j - 1, t});
   }
 
   Rational sum = 0;

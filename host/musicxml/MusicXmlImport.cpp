@@ -288,8 +288,7 @@ private:
         TupletRatio record = StartRecord(note, tuplet, group, enclosing);
         if (record.tupletNumber > 0 && record.tupletUnit > 0 && record.referenceNumber > 0 &&
             record.referenceUnit > 0) {
-          if (!group.imported.tuplet)
-            group.imported.tuplet = record;
+          group.imported.tuplets.push_back(record);
           open.push_back({number, Rational(int64_t(record.referenceNumber) * record.referenceUnit,
                                            int64_t(record.tupletNumber) * record.tupletUnit)});
         } else {

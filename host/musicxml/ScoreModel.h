@@ -38,13 +38,13 @@ struct TupletRatio {
 };
 
 struct Entry {
-  uint32_t entryNumber = 0;          // the engine's identifier; 0 before the engine has stored it
-  int32_t position = 0;              // TDU from the start of the measure
-  int16_t duration = 0;              // notated TDU
-  int32_t actualDuration = 0;        // elapsed TDU, truncated inside tuplets
-  bool isNote = false;               // false: a rest
-  std::vector<Pitch> pitches;        // the chord's notes, lowest first as in the source
-  std::optional<TupletRatio> tuplet; // set when the entry begins a tuplet
+  uint32_t entryNumber = 0;         // the engine's identifier; 0 before the engine has stored it
+  int32_t position = 0;             // TDU from the start of the measure
+  int16_t duration = 0;             // notated TDU
+  int32_t actualDuration = 0;       // elapsed TDU, truncated inside tuplets
+  bool isNote = false;              // false: a rest
+  std::vector<Pitch> pitches;       // the chord's notes, lowest first as in the source
+  std::vector<TupletRatio> tuplets; // the tuplets this entry begins, outermost first
   Beam beam = Beam::None;
   int32_t source = -1; // index of the source note group; -1: made by an edit
 };
