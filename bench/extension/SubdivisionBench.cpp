@@ -1,0 +1,138 @@
+// Splits every note of a large document with the subdivision pass: measures x 16 staves x
+// 2 layers, eight eighth notes per frame, into 4 (an even split) and into 3 (a triplet per note,
+// each with its detail record). Reports notes per second and the entry bytes moved between the
+// document and the frames (every entry loaded, every entry saved), then checks that doubling
+// the document at most doubles the time, plus 10 %.
+#include <benchmark/benchmark.h>
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "Engine.h"
+#include "tSubdivideParam.h"
+
+namespace {
+
+using namespace scribo::engine;
+
+constexpr int kStaves = 16;
+constexpr int kLayers = 2;
+constexpr int kNotesPerFrame = 8;
+
+using RunPass = int (*)(EREGION*, const tSubdivideParam*, short);
+
+RunPass Pass() {
+  static const RunPass pass = [] {
+    void* image = dlopen(SUBDIVISION_BENCH_PROBE, RTLD_NOW | RTLD_LOCAL);
+    if (!image) {
+      std::fprintf(stderr, "cannot load the probe: %s\n", dlerror());
+      std::exit(2);
+    }
+    int context = 0;
+    auto bundleMain = reinterpret_cast<int (*)(int, void*)>(dlsym(image, "main"));
+    if (!bundleMain || bundleMain(1, &context) != 1) {
+      std::fprintf(stderr, "the probe could not bind to the engine\n");
+      std::exit(2);
+    }
+    return reinterpret_cast<RunPass>(dlsym(image, "BenchRunSubdivision"));
+  }();
+  return pass;
+}
+
+void BuildDocument(int measures) {
+  Engine& engine = Engine::Instance();
+  engine.Reset();
+  engine.SetMaxLayers(kLayers);
+  Document& doc = engine.document();
+  for (int s = 0; s < kStaves; ++s)
+    doc.AddStaff();
+  for (int m = 0; m < measures; ++m)
+    doc.AddMeasure();
+  EntrySpec eighth;
+  eighth.duration = 512;
+  eighth.notes = {{2, 0, 0}};
+  for (int m = 1; m <= measures; ++m)
+    for (int s = 1; s <= kStaves; ++s)
+      for (int l = 0; l < kLayers; ++l)
+        for (int i = 0; i < kNotesPerFrame; ++i)
+          doc.AddEntry(FrameAddress{int16_t(s), int16_t(m), int16_t(l)}, eighth);
+}
+
+void BM_SubdivideDocument(benchmark::State& state) {
+  const int measures = int(state.range(0));
+  const int parts = int(state.range(1));
+  const int64_t notes = int64_t(measures) * kStaves * kLayers * kNotesPerFrame;
+  const tSubdivideParam param{1, 0x7FFFFFFF, 1024, int16_t(parts), 1, 1};
+  EREGION region{};
+  region.startStaff = 1;
+  region.startMeasure = 1;
+  region.endStaff = kStaves;
+  region.endMeasure = int16_t(measures);
+  region.endPosition = 0x7FFFFFFF;
+  const RunPass pass = Pass();
+
+  for (auto _ : state) {
+    state.PauseTiming();
+    BuildDocument(measures);
+    state.ResumeTiming();
+    if (pass(&region, &param, kLayers) != 1)
+      state.SkipWithError("the pass saved nothing");
+  }
+  if (Engine::Instance().document().EntryCount() != size_t(notes * parts))
+    state.SkipWithError("not every note was split");
+
+  const int64_t entryBytes = int64_t(sizeof(EXENTRY));
+  state.SetItemsProcessed(state.iterations() * notes);
+  state.SetBytesProcessed(state.iterations() * notes * (1 + parts) * entryBytes);
+  state.counters["notes"] = double(notes);
+}
+
+BENCHMARK(BM_SubdivideDocument)
+    ->ArgNames({"measures", "parts"})
+    ->Args({200, 4})
+    ->Args({400, 4})
+    ->Args({200, 3})
+    ->Args({400, 3})
+    ->Unit(benchmark::kMillisecond)
+    ->MinTime(2.0);
+
+// Keeps the time per iteration of every run for the scaling check.
+class ScalingReporter : public benchmark::ConsoleReporter {
+public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs)
+      if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+        seconds[run.run_name.args] = run.real_accumulated_time / double(run.iterations);
+    ConsoleReporter::ReportRuns(runs);
+  }
+  std::map<std::string, double> seconds;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    return 1;
+  ScalingReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+
+  int failures = 0;
+  for (int parts : {4, 3}) {
+    const std::string suffix = "/parts:" + std::to_string(parts);
+    const auto small = reporter.seconds.find("measures:200" + suffix);
+    const auto large = reporter.seconds.find("measures:400" + suffix);
+    if (small == reporter.seconds.end() || large == reporter.seconds.end())
+      continue; // filtered out
+    const double ratio = large->second / small->second;
+    const bool ok = ratio <= 2.2;
+    std::printf(
+        "split into %d: 200 measures %.1f ms, 400 measures %.1f ms, ratio %.2f (limit 2.20) %s\n",
+        parts, small->second * 1e3, large->second * 1e3, ratio, ok ? "OK" : "EXCEEDED");
+    failures += ok ? 0 : 1;
+  }
+  return failures == 0 ? 0 : 1;
+}

@@ -1,0 +1,151 @@
+// A host for the subdivision pass: the reference engine linked in, and the test-only probe
+// bundle (the command without its dialog) loaded as a host loads a plug-in. Helpers build small
+// documents and read back what the pass stored.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "Engine.h"
+#include "TestSupport.h"
+#include "tSubdivideParam.h"
+
+namespace subdivisiontest {
+
+using scribo::engine::Document;
+using scribo::engine::Engine;
+using scribo::engine::EntrySpec;
+using scribo::engine::FrameAddress;
+using scribo::engine::HostCall;
+using scribo::engine::NoteSpec;
+
+constexpr int32_t kNoUpperBound = 0x7FFFFFFF;
+constexpr char kVoiceTwoWarning[] =
+    "The current selection contains some voice 2 entries.  These entries will not be changed.";
+
+struct SubdivisionProbe {
+  int (*run)(EREGION*, const tSubdivideParam*, short) = nullptr;     // arms the warning first
+  int (*proceed)(EREGION*, const tSubdivideParam*, short) = nullptr; // same invocation
+  const int32_t* loadedTGFCounter = nullptr;
+};
+
+// The probe, loaded and bound to the engine once per process.
+inline const SubdivisionProbe& Probe() {
+  static const SubdivisionProbe probe = [] {
+    void* image = scribotest::LoadBundle(SUBDIVISION_PROBE_BUNDLE);
+    int context = 0;
+    auto bundleMain = scribotest::Symbol<int (*)(int, void*)>(image, "main");
+    if (!bundleMain || bundleMain(1, &context) != 1)
+      throw std::runtime_error("the probe bundle could not bind to the engine");
+    SubdivisionProbe p;
+    p.run = scribotest::Symbol<decltype(p.run)>(image, "ProbeRunSubdivision");
+    p.proceed = scribotest::Symbol<decltype(p.proceed)>(image, "ProbeContinueSubdivision");
+    p.loadedTGFCounter = scribotest::Symbol<const int32_t*>(image, "LoadedTGFCounter");
+    if (!p.run || !p.proceed || !p.loadedTGFCounter)
+      throw std::runtime_error("the probe bundle lacks its exports");
+    return p;
+  }();
+  return probe;
+}
+
+inline tSubdivideParam Divisions(int16_t parts, int32_t minDuration = 1,
+                                 int32_t maxDuration = kNoUpperBound) {
+  return {minDuration, maxDuration, 1024, parts, 0, 1};
+}
+inline tSubdivideParam Target(int32_t target, int32_t minDuration = 1,
+                              int32_t maxDuration = kNoUpperBound) {
+  return {minDuration, maxDuration, target, 0, 0, 0};
+}
+
+inline EREGION Region(int16_t startStaff, int16_t startMeasure, int32_t startPosition,
+                      int16_t endStaff, int16_t endMeasure, int32_t endPosition) {
+  EREGION r{};
+  r.startStaff = startStaff;
+  r.startMeasure = startMeasure;
+  r.startPosition = startPosition;
+  r.endStaff = endStaff;
+  r.endMeasure = endMeasure;
+  r.endPosition = endPosition;
+  return r;
+}
+// Whole measures first..last of staves first..last.
+inline EREGION Measures(int16_t firstStaff, int16_t lastStaff, int16_t firstMeasure,
+                        int16_t lastMeasure) {
+  return Region(firstStaff, firstMeasure, 0, lastStaff, lastMeasure, kNoUpperBound);
+}
+
+inline EntrySpec Note(int16_t duration, int32_t position, int32_t actualDuration = -1,
+                      uint32_t flags = 0) {
+  EntrySpec spec;
+  spec.duration = duration;
+  spec.actualDuration = actualDuration;
+  spec.position = position;
+  spec.flags = flags;
+  spec.notes = {NoteSpec{2, 0, 0}};
+  return spec;
+}
+inline EntrySpec Rest(int16_t duration, int32_t position) {
+  EntrySpec spec;
+  spec.duration = duration;
+  spec.position = position;
+  return spec;
+}
+
+inline bool SameBytes(const EXENTRY& a, const EXENTRY& b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Each test starts from an empty document with `staves` x `measures`, four layers, all shown.
+class SubdivisionTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    Probe();
+    Restart();
+  }
+  void TearDown() override {
+    EXPECT_EQ(engine().LoadedFrames(), 0) << "a frame was left loaded";
+    EXPECT_EQ(*Probe().loadedTGFCounter, 0);
+  }
+
+  static Engine& engine() { return Engine::Instance(); }
+  // An empty document, counters at 0, alerts logged but not echoed.
+  static void Restart() {
+    engine().Reset();
+    engine().SetAlertEcho(false);
+  }
+  static Document& doc() { return Engine::Instance().document(); }
+
+  static void Build(int staves, int measures) {
+    for (int s = 0; s < staves; ++s)
+      doc().AddStaff();
+    for (int m = 0; m < measures; ++m)
+      doc().AddMeasure();
+  }
+  static uint32_t Add(int16_t staff, int16_t measure, const EntrySpec& spec, int16_t layer = 0) {
+    uint32_t number = doc().AddEntry(FrameAddress{staff, measure, layer}, spec);
+    EXPECT_NE(number, 0u);
+    return number;
+  }
+  static std::vector<EXENTRY> Entries(int16_t staff, int16_t measure, int16_t layer = 0) {
+    return doc().Entries(FrameAddress{staff, measure, layer});
+  }
+  static int Run(EREGION region, const tSubdivideParam& param, short layers = 4) {
+    return Probe().run(&region, &param, layers);
+  }
+  static long Calls(HostCall call) { return engine().CallCount(call); }
+  static size_t VoiceTwoWarnings() {
+    size_t count = 0;
+    for (const auto& alert : engine().Alerts()) {
+      EXPECT_EQ(alert.text, kVoiceTwoWarning);
+      EXPECT_EQ(alert.kind, 0);
+      EXPECT_EQ(alert.identifier, 0);
+      ++count;
+    }
+    return count;
+  }
+};
+
+} // namespace subdivisiontest
