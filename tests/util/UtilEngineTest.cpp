@@ -1,0 +1,156 @@
+// The utilities inside a plug-in, against the reference engine's document: the test plays host
+// (it links the engine and sets up the document through its C++ API) and calls the utilities
+// through the probe bundle, which binds to the engine by identifier like any plug-in.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Engine.h"
+#include "TestSupport.h"
+#include "probe/UtilProbe.h"
+
+using namespace scribo::engine;
+
+namespace {
+
+int64_t gNowNs = 0;
+int64_t FakeClock() {
+  return gNowNs;
+}
+
+class UtilInEngine : public testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    void* image = scribotest::LoadBundle(UTIL_PROBE_BUNDLE);
+    auto main = scribotest::Symbol<int (*)(int, void*)>(image, "main");
+    auto table = scribotest::Symbol<UtilProbeTableFn>(image, "UtilProbe_Table");
+    ASSERT_TRUE(main && table);
+    int context = 0;
+    ASSERT_EQ(main(1, &context), 1) << "the probe did not find the engine";
+    probe = table();
+  }
+  void SetUp() override {
+    ASSERT_NE(probe, nullptr);
+    engine().Reset();
+    engine().SetProgressDisplay(ProgressDisplay::Off);
+    engine().SetAlertEcho(false);
+  }
+  Engine& engine() { return Engine::Instance(); }
+  Document& doc() { return engine().document(); }
+  static inline const UtilProbeTable* probe = nullptr;
+};
+
+std::u16string Name(const UtilProbeTable* probe, short staff, int size = 64) {
+  uint16_t name[64];
+  const long length = probe->getStaffName(staff, name, size);
+  std::u16string text(reinterpret_cast<const char16_t*>(name));
+  EXPECT_EQ(length, static_cast<long>(text.size()));
+  return text;
+}
+
+} // namespace
+
+TEST_F(UtilInEngine, SpecsAndNames) {
+  const short violin = doc().AddStaff(u"^font(Times)Violin");
+  const short clarinet = doc().AddStaff(u"", u"B^flat() Clarinet");
+  const short unnamed = doc().AddStaff();
+  const short longName = doc().AddStaff(std::u16string(40, u'n'));
+  ASSERT_TRUE(doc().SetStaffTransposition(clarinet, 0x2001));
+  const short measure = doc().AddMeasure(0x0103, {2, 1536});
+
+  EXPECT_EQ(Name(probe, violin), u"Violin");
+  EXPECT_EQ(Name(probe, clarinet), u"Bb Clarinet");
+  EXPECT_EQ(Name(probe, unnamed), u"");
+  EXPECT_EQ(Name(probe, 99), u"");
+  EXPECT_EQ(Name(probe, longName, 32), std::u16string(31, u'n'));
+
+  short word = 0;
+  ASSERT_TRUE(probe->getStaffTrans(clarinet, &word));
+  EXPECT_EQ(word, 0x2001);
+  tDiaPitch concertC{0, 0};
+  probe->absToStaff(&concertC, word, 0);
+  EXPECT_EQ(concertC.step, 1) << "a B-flat clarinet reads concert C as D";
+
+  short keySig = 0;
+  tTimeSig time{};
+  ASSERT_TRUE(probe->getKeySig(measure, &keySig));
+  EXPECT_EQ(keySig, 0x0103);
+  ASSERT_TRUE(probe->getTimeSig(measure, &time));
+  EXPECT_EQ(time.beats, 2);
+  EXPECT_EQ(time.beatValue, 1536);
+  EXPECT_FALSE(probe->getKeySig(measure + 1, &keySig));
+
+  ASSERT_TRUE(probe->putKeySig(measure, -4));
+  EXPECT_EQ(doc().KeySignature(measure), -4);
+  EXPECT_EQ(doc().TimeSig(measure), (TimeSignature{2, 1536})) << "the rest of the spec survives";
+}
+
+TEST_F(UtilInEngine, EmptyMeasuresAndSlots) {
+  doc().AddStaff(u"A");
+  doc().AddStaff(u"B");
+  doc().AddMeasure();
+  const int32_t before = *probe->loadedFrames;
+  EXPECT_TRUE(probe->isEmptyMeasure(0, 1, 1)) << "no entries";
+  doc().AddEntry({1, 1, 0}, EntrySpec{});
+  doc().AddEntry({1, 1, 2}, EntrySpec{});
+  EXPECT_TRUE(probe->isEmptyMeasure(0, 1, 1)) << "rests only";
+  EXPECT_TRUE(probe->isEmptyMeasure(0, 1, 7)) << "no such measure: no frames";
+  EntrySpec note;
+  note.notes = {{0, 0}};
+  doc().AddEntry({1, 1, 3}, note);
+  EXPECT_FALSE(probe->isEmptyMeasure(0, 1, 1));
+  EXPECT_TRUE(probe->isEmptyMeasure(0, 2, 1));
+  EXPECT_EQ(*probe->loadedFrames, before);
+  EXPECT_EQ(engine().LoadedFrames(), 0);
+
+  EXPECT_EQ(probe->countSlots(0), 2) << "one slot per staff";
+  engine().SetInstrumentSlots({});
+  EXPECT_EQ(probe->countSlots(0), 0);
+}
+
+TEST_F(UtilInEngine, PitchTextsFollowTheDocument) {
+  std::vector<uint8_t> prefs(66, 0);
+  prefs[38] = 1;
+  prefs[40] = 12; // one octave up: middle C is C5
+  ASSERT_TRUE(doc().PutPreference(kTagGeneralPrefs, 0, prefs));
+  char out[8];
+  ASSERT_EQ(probe->setPitchFormatting(-32768), 0);
+  probe->formatPitch({0, 0}, out, sizeof out);
+  EXPECT_STREQ(out, "C5");
+  ASSERT_TRUE(doc().RemovePreference(kTagGeneralPrefs, 0));
+  EXPECT_EQ(probe->setPitchFormatting(-32768), 1);
+  ASSERT_EQ(probe->setPitchFormatting(32767), 0);
+  probe->formatPitch({0, 0}, out, sizeof out);
+  EXPECT_STREQ(out, "60");
+}
+
+TEST_F(UtilInEngine, ProgressSelectionAndCancel) {
+  EREGION selection{};
+  selection.startStaff = 2;
+  selection.endStaff = 3;
+  engine().SetSelection(selection);
+  EREGION first{}, second{};
+  EXPECT_EQ(probe->getRegions(&first, &second), 1);
+  EXPECT_EQ(first.startStaff, 2);
+  EXPECT_EQ(second.endStaff, 3);
+  EXPECT_EQ(probe->getRegions(nullptr, nullptr), 1);
+
+  probe->setClock(FakeClock);
+  gNowNs = 0;
+  probe->progressStart(100);
+  gNowNs = 700'000'000;
+  EXPECT_TRUE(probe->progressUpdate(30));
+  EXPECT_EQ(engine().OpenMassEdits(), 1);
+  EXPECT_EQ(engine().MassEditStepsReported(), 30);
+  probe->progressEnd(0);
+  EXPECT_EQ(engine().OpenMassEdits(), 0);
+  EXPECT_EQ(engine().MassEditStepsReported(), 100);
+
+  engine().windows().SetKeyDown(47, true);
+  EXPECT_FALSE(probe->cancelRequested());
+  engine().windows().SetModifierFlags(kModifierCommand);
+  EXPECT_TRUE(probe->cancelRequested());
+  probe->progressStart(10);
+  EXPECT_FALSE(probe->progressUpdate(1));
+  probe->setClock(nullptr);
+}
