@@ -358,6 +358,7 @@ private:
         }
       }
     }
+    StateSourceBrackets(group, segment.pieces.front());
     WriteNewTuplets(group, segment);
     for (const Piece& piece : segment.pieces)
       for (auto note : piece.notes)
@@ -384,6 +385,35 @@ private:
     }
   }
 
+  // A source bracket that starts at a note now shorter than before cannot be read from that
+  // note's value and time-modification any more: it states its numbers and types.
+  static void StateSourceBrackets(const SourceGroup& group, Piece& first) {
+    size_t k = 0;
+    for (auto notations : first.notes.front().children("notations")) {
+      for (auto tuplet : notations.children("tuplet")) {
+        if (std::string_view(tuplet.attribute("type").as_string()) != "start")
+          continue;
+        if (k >= group.imported.tuplets.size())
+          return;
+        const TupletRatio& record = group.imported.tuplets[k++];
+        RemoveChildren(tuplet, "tuplet-actual");
+        RemoveChildren(tuplet, "tuplet-normal");
+        WriteTupletPart(tuplet.append_child("tuplet-actual"), record.tupletNumber,
+                        record.tupletUnit);
+        WriteTupletPart(tuplet.append_child("tuplet-normal"), record.referenceNumber,
+                        record.referenceUnit);
+      }
+    }
+  }
+
+  static void WriteTupletPart(pugi::xml_node part, int count, int32_t unit) {
+    part.append_child("tuplet-number").text().set(count);
+    ShownValue shown = ShowNotated(unit);
+    part.append_child("tuplet-type").text().set(std::string(shown.type).c_str());
+    for (int d = 0; d < shown.dots; ++d)
+      part.append_child("tuplet-dot");
+  }
+
   void WriteNewTuplets(const SourceGroup& group, Segment& segment) {
     std::set<int> taken(group.openTuplets.begin(), group.openTuplets.end());
     for (const NewTuplet& t : segment.tuplets) {
@@ -396,16 +426,10 @@ private:
       tuplet.append_attribute("type") = "start";
       tuplet.append_attribute("number") = number;
       tuplet.append_attribute("bracket") = "yes";
-      auto writePart = [](pugi::xml_node part, int count, int32_t unit) {
-        part.append_child("tuplet-number").text().set(count);
-        ShownValue shown = ShowNotated(unit);
-        part.append_child("tuplet-type").text().set(std::string(shown.type).c_str());
-        for (int d = 0; d < shown.dots; ++d)
-          part.append_child("tuplet-dot");
-      };
-      writePart(tuplet.append_child("tuplet-actual"), t.record.tupletNumber, t.record.tupletUnit);
-      writePart(tuplet.append_child("tuplet-normal"), t.record.referenceNumber,
-                t.record.referenceUnit);
+      WriteTupletPart(tuplet.append_child("tuplet-actual"), t.record.tupletNumber,
+                      t.record.tupletUnit);
+      WriteTupletPart(tuplet.append_child("tuplet-normal"), t.record.referenceNumber,
+                      t.record.referenceUnit);
       pugi::xml_node last = segment.pieces[t.last].notes.front();
       pugi::xml_node stop = NotationsOf(last).append_child("tuplet");
       stop.append_attribute("type") = "stop";

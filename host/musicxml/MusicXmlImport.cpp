@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -272,30 +273,40 @@ private:
   void ReadTuplets(const pugi::xml_node& note, SourceGroup& group, std::vector<OpenTuplet>& open,
                    const pugi::xml_node& measure) {
     std::vector<int> stops;
+    std::vector<std::pair<pugi::xml_node, int>> starts;
     for (auto notations : note.children("notations")) {
       for (auto tuplet : notations.children("tuplet")) {
         int number = tuplet.attribute("number").as_int(1);
         std::string_view type = tuplet.attribute("type").as_string();
-        if (type == "stop") {
+        if (type == "stop")
           stops.push_back(number);
-          continue;
-        }
-        if (type != "start")
-          continue;
-        Rational enclosing = 1;
-        for (const auto& o : open)
-          enclosing = enclosing * o.ratio;
-        TupletRatio record = StartRecord(note, tuplet, group, enclosing);
-        if (record.tupletNumber > 0 && record.tupletUnit > 0 && record.referenceNumber > 0 &&
-            record.referenceUnit > 0) {
-          group.imported.tuplets.push_back(record);
-          open.push_back({number, Rational(int64_t(record.referenceNumber) * record.referenceUnit,
-                                           int64_t(record.tupletNumber) * record.tupletUnit)});
-        } else {
-          throw ScoreError(Where(part_, measure) +
-                           ": a tuplet start whose ratio cannot be worked out");
-        }
+        else if (type == "start")
+          starts.push_back({tuplet, number});
       }
+    }
+    // A bracket without its own numbers takes what the note's time-modification leaves after
+    // the brackets around it and the brackets starting here that do state their numbers.
+    Rational known = 1;
+    for (const auto& o : open)
+      known = known * o.ratio;
+    std::vector<std::optional<TupletRatio>> records;
+    for (const auto& [tuplet, number] : starts) {
+      records.push_back(ExplicitRecord(note, tuplet, group));
+      if (records.back())
+        known = known * RatioOf(*records.back());
+    }
+    for (size_t i = 0; i < starts.size(); ++i) {
+      TupletRatio record = records[i] ? *records[i]
+                                      : ImplicitRecord(note, starts[i].first, group,
+                                                       group.ratio / known, open.empty());
+      if (record.tupletNumber <= 0 || record.tupletUnit <= 0 || record.referenceNumber <= 0 ||
+          record.referenceUnit <= 0)
+        throw ScoreError(Where(part_, measure) +
+                         ": a tuplet start whose ratio cannot be worked out");
+      if (!records[i])
+        known = known * RatioOf(record);
+      group.imported.tuplets.push_back(record);
+      open.push_back({starts[i].second, RatioOf(record)});
     }
     for (const auto& o : open)
       group.openTuplets.push_back(o.number);
@@ -303,13 +314,17 @@ private:
       std::erase_if(open, [number](const OpenTuplet& o) { return o.number == number; });
   }
 
-  TupletRatio StartRecord(const pugi::xml_node& note, const pugi::xml_node& tuplet,
-                          const SourceGroup& group, Rational enclosing) {
-    TupletRatio r;
-    auto actualPart = tuplet.child("tuplet-actual");
-    auto normalPart = tuplet.child("tuplet-normal");
+  static Rational RatioOf(const TupletRatio& r) {
+    return Rational(int64_t(r.referenceNumber) * r.referenceUnit,
+                    int64_t(r.tupletNumber) * r.tupletUnit);
+  }
+
+  // The units of a bracket: from its own <tuplet-actual>/<tuplet-normal> types, else the
+  // time-modification's normal type, else the note's own value.
+  static std::pair<int32_t, int32_t> Units(const pugi::xml_node& note, const pugi::xml_node& tuplet,
+                                           const SourceGroup& group) {
     auto tm = note.child("time-modification");
-    int32_t unit = TupletPartUnit(actualPart);
+    int32_t unit = TupletPartUnit(tuplet.child("tuplet-actual"));
     if (!unit && tm) {
       int32_t normalType = NoteTypeTDU(tm.child_value("normal-type"));
       if (normalType)
@@ -317,33 +332,43 @@ private:
     }
     if (!unit)
       unit = group.imported.duration;
-    int32_t referenceUnit = TupletPartUnit(normalPart);
-    if (!referenceUnit)
-      referenceUnit = unit;
+    int32_t referenceUnit = TupletPartUnit(tuplet.child("tuplet-normal"));
+    return {unit, referenceUnit ? referenceUnit : unit};
+  }
 
-    int actualNumber = actualPart.child("tuplet-number").text().as_int(0);
-    int normalNumber = normalPart.child("tuplet-number").text().as_int(0);
-    if (!actualNumber || !normalNumber) {
-      // The bracket's own ratio: the note's time-modification less the brackets around it.
-      Rational inner = group.ratio / enclosing;
-      if (enclosing == Rational(1) && tm) {
-        actualNumber = tm.child("actual-notes").text().as_int(0);
-        normalNumber = tm.child("normal-notes").text().as_int(0);
-      } else {
-        actualNumber = static_cast<int>(inner.den());
-        normalNumber = static_cast<int>(inner.num());
-      }
-      // With different units the count of reference notes scales by unit/referenceUnit.
-      if (referenceUnit != unit && normalNumber > 0) {
-        Rational scaled = Rational(normalNumber) * Rational(unit, referenceUnit);
-        normalNumber = scaled.IsWhole() ? static_cast<int>(scaled.num()) : normalNumber;
-      }
+  static std::optional<TupletRatio> ExplicitRecord(const pugi::xml_node& note,
+                                                   const pugi::xml_node& tuplet,
+                                                   const SourceGroup& group) {
+    int actualNumber = tuplet.child("tuplet-actual").child("tuplet-number").text().as_int(0);
+    int normalNumber = tuplet.child("tuplet-normal").child("tuplet-number").text().as_int(0);
+    if (actualNumber <= 0 || normalNumber <= 0)
+      return std::nullopt;
+    auto [unit, referenceUnit] = Units(note, tuplet, group);
+    return TupletRatio{ClampTDU(actualNumber), ClampTDU(unit), ClampTDU(normalNumber),
+                       ClampTDU(referenceUnit)};
+  }
+
+  // `inner` is the ratio (normal/actual) left for this bracket. Outside other brackets the
+  // time-modification's own numbers are kept unreduced (6:4 stays 6:4).
+  static TupletRatio ImplicitRecord(const pugi::xml_node& note, const pugi::xml_node& tuplet,
+                                    const SourceGroup& group, Rational inner, bool outermost) {
+    auto [unit, referenceUnit] = Units(note, tuplet, group);
+    auto tm = note.child("time-modification");
+    int actualNumber = static_cast<int>(inner.den());
+    int normalNumber = static_cast<int>(inner.num());
+    if (outermost && tm &&
+        Rational(tm.child("normal-notes").text().as_int(0),
+                 std::max(1, tm.child("actual-notes").text().as_int(0))) == inner) {
+      actualNumber = tm.child("actual-notes").text().as_int(0);
+      normalNumber = tm.child("normal-notes").text().as_int(0);
     }
-    r.tupletNumber = ClampTDU(actualNumber);
-    r.tupletUnit = ClampTDU(unit);
-    r.referenceNumber = ClampTDU(normalNumber);
-    r.referenceUnit = ClampTDU(referenceUnit);
-    return r;
+    // With different units the count of reference notes scales by unit/referenceUnit.
+    if (referenceUnit != unit && normalNumber > 0) {
+      Rational scaled = Rational(normalNumber) * Rational(unit, referenceUnit);
+      normalNumber = scaled.IsWhole() ? static_cast<int>(scaled.num()) : normalNumber;
+    }
+    return TupletRatio{ClampTDU(actualNumber), ClampTDU(unit), ClampTDU(normalNumber),
+                       ClampTDU(referenceUnit)};
   }
 
   // The first beam level tells the entry's place in its beam.

@@ -202,6 +202,7 @@ TEST(Export, SplitsInsideExistingTupletsNestAndNumberTheirBrackets) {
   const Frame& frame = again.score.At(0, 1, 0);
   EXPECT_EQ(Positions(frame), (std::vector<int32_t>{0, 113, 227, 341, 682, 853, 1024}));
   ASSERT_EQ(frame.entries[0].tuplets.size(), 2u);
+  EXPECT_EQ(frame.entries[0].tuplets[0], (TupletRatio{3, 512, 2, 512})); // the source's, stated
   EXPECT_EQ(frame.entries[0].tuplets[1], (TupletRatio{3, 256, 2, 256}));
 }
 
