@@ -309,9 +309,15 @@ void Render(const Spec& s, int width, int precision, const FormatArg& a, std::u1
       text = u"(null)";
     } else if (s.length == Length::Long) {
       const auto* w = static_cast<const wchar_t*>(a.pointer);
-      for (size_t k = 0; w[k] && (precision < 0 || text.size() < static_cast<size_t>(precision));
-           ++k)
+      // The precision counts units and never splits a surrogate pair.
+      for (size_t k = 0; w[k]; ++k) {
+        const size_t units =
+            static_cast<char32_t>(w[k]) >= 0x10000 && static_cast<char32_t>(w[k]) <= 0x10FFFF ? 2
+                                                                                              : 1;
+        if (precision >= 0 && text.size() + units > static_cast<size_t>(precision))
+          break;
         AppendCodePoint(static_cast<char32_t>(w[k]), text);
+      }
     } else {
       // The precision bounds the bytes read: the array need not be terminated within it.
       const auto* bytes = static_cast<const char*>(a.pointer);

@@ -64,6 +64,7 @@ TEST(CFStringFormat, TextsObjectsAndPointers) {
   EXPECT_EQ(Format(u"%.3s", unterminated), u"abc");
   EXPECT_EQ(Format(u"%S|%.1S|%5S|%ls", units, units, units, wide),
             u"\u00e9t\u00e9|\u00e9|  \u00e9t\u00e9|w\U0001D11E");
+  EXPECT_EQ(Format(u"%.2ls|%.3ls", wide, wide), u"w|w\U0001D11E"); // never half a pair
   EXPECT_EQ(Format(u"%@ and %@ and %.2@ and %-4@|", CFSTR("one"), static_cast<CFStringRef>(nullptr),
                    CFSTR("three"), CFSTR("x")),
             u"one and (null) and th and x   |");
