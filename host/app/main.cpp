@@ -19,7 +19,7 @@ std::optional<scribo::musicxml::DurationText> DurationOption(const std::string& 
   auto duration = scribo::musicxml::ParseDurationText(text);
   if (!duration)
     throw HostError(kExitUsage, option + " " + text +
-                                    ": give a duration in TDU (1024 is a quarter) or a note "
+                                    ": not a duration; give TDU (1024 is a quarter) or a note "
                                     "name such as quarter, dotted-eighth or 16th");
   return duration;
 }
