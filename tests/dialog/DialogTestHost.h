@@ -162,8 +162,8 @@ protected:
   void TearDown() override {
     Engine::Instance().ClearDialogScripts();
     Engine::Instance().SetInteractiveDialogs({});
-    if (image_)
-      dlclose(image_);
+    // The image stays loaded, as in a host: the binding keeps its engine bundle for the life of
+    // the process, and unloading would orphan it.
     std::error_code ec;
     std::filesystem::remove_all(copy_.parent_path(), ec);
   }
