@@ -1,6 +1,7 @@
 // The binding layer in a process without an engine bundle: it binds to the main program, finds
 // what that exports, and every other wrapper gives its fixed fallback.
 #include "MainProgramHost.h"
+#include "SDKCounters.h"
 #include "WrapperTable.h"
 #include "scribopdk.h"
 
@@ -39,8 +40,10 @@ TEST(MainProgramBinding, EveryMissingFunctionGivesItsFallbackAndIsLookedUpOnce) 
   for (int round = 0; round < 2; ++round) {
     long lookups = __CFBundleFunctionLookupCount();
     for (const auto& row : rows) {
-      int64_t result = row.callWithZeros();
       std::string name = row.name;
+      if (name == "SX_EndScriboEdit")
+        ScriboEditDepth = 1; // with an edit open, the end reaches the (missing) host function
+      int64_t result = row.callWithZeros();
       if (name == "SX_GetPartName")
         EXPECT_STREQ(reinterpret_cast<const char*>(result), " ");
       else if (auto it = special.find(name); it != special.end())
