@@ -107,30 +107,3 @@ TEST_F(DialogHost, AWindowTheHostDoesNotCallACocoaDialogIsLeftAlone) {
   EXPECT_EQ(state.allDurations, 0);
   windows.ForgetWindow(window);
 }
-
-TEST_F(DialogHost, WindowSystemStandInAsksTheHost) {
-  auto& windows = Engine::Instance().windows();
-  windows.SetMainScreen(ScreenRect{5, 6, 1024, 768});
-  WindowRect screen{1, 1, 1, 1};
-  EXPECT_TRUE(probe_.mainScreenFrame(&screen));
-  EXPECT_EQ(screen.x, 5);
-  EXPECT_EQ(screen.y, 6);
-  EXPECT_EQ(screen.width, 1024);
-  EXPECT_EQ(screen.height, 768);
-  windows.SetMainScreen(std::nullopt);
-  screen = {1, 1, 1, 1};
-  EXPECT_FALSE(probe_.mainScreenFrame(&screen));
-  EXPECT_EQ(screen.height, 0) << "no main screen: all zero";
-
-  int someWindow = 0;
-  windows.SetWindowFrame(&someWindow, ScreenRect{10, 20, 300, 200});
-  probe_.setTopLeft(&someWindow, 40, 500);
-  const WindowRect moved = probe_.windowFrame(&someWindow);
-  EXPECT_EQ(moved.x, 40);
-  EXPECT_EQ(moved.y, 300);
-  EXPECT_EQ(moved.width, 300);
-  EXPECT_EQ(moved.height, 200);
-  const WindowRect none = probe_.windowFrame(nullptr);
-  EXPECT_EQ(none.x + none.y + none.width + none.height, 0);
-  windows.ForgetWindow(&someWindow);
-}

@@ -25,11 +25,6 @@ using scribo::engine::DialogView;
 using scribo::engine::Engine;
 using scribo::engine::ScreenRect;
 
-// The window-system rectangle as the plug-in's stand-in hands it out.
-struct WindowRect {
-  double x, y, width, height;
-};
-
 // The probe bundle's exports.
 struct DialogProbe {
   short (*init)() = nullptr;
@@ -42,9 +37,6 @@ struct DialogProbe {
   void (*setWinPos)(short, short) = nullptr;
   void (*noteDialogWindow)() = nullptr;
   OpaqueCocoaWindow* (*openDialog)() = nullptr;
-  bool (*mainScreenFrame)(WindowRect*) = nullptr;
-  WindowRect (*windowFrame)(void*) = nullptr;
-  void (*setTopLeft)(void*, double, double) = nullptr;
 
   tSubdivideParam State() const {
     tSubdivideParam state{};
@@ -77,10 +69,15 @@ inline DialogProbe BindProbe(void* image) {
   p.setWinPos = Symbol<void (*)(short, short)>(image, "ProbeSetWinPos");
   p.noteDialogWindow = Symbol<void (*)()>(image, "ProbeNoteDialogWindow");
   p.openDialog = Symbol<OpaqueCocoaWindow* (*)()>(image, "ProbeOpenDialog");
-  p.mainScreenFrame = Symbol<bool (*)(WindowRect*)>(image, "ProbeMainScreenFrame");
-  p.windowFrame = Symbol<WindowRect (*)(void*)>(image, "ProbeWindowFrame");
-  p.setTopLeft = Symbol<void (*)(void*, double, double)>(image, "ProbeWindowSetFrameTopLeftPoint");
   return p;
+}
+
+// The eight buttons of a palette as a string of 0/1, first button first.
+inline std::string PaletteBits(const std::function<int32_t(int16_t)>& value, int16_t first) {
+  std::string bits;
+  for (int k = 0; k < 8; ++k)
+    bits += value(static_cast<int16_t>(first + k)) ? '1' : '0';
+  return bits;
 }
 
 // The engine's own control calls, read directly as the host's dialog sees its controls.
@@ -121,6 +118,13 @@ inline DialogStep Check(std::function<void(const DialogMoment&)> check) {
     check(m);
     return std::optional<DialogAction>();
   };
+}
+// Checks that the items hold these values.
+inline DialogStep Expect(std::vector<std::pair<int16_t, int32_t>> values) {
+  return Check([values](const DialogMoment& m) {
+    for (auto [item, value] : values)
+      EXPECT_EQ(m.Value(item), value) << "item " << item;
+  });
 }
 
 // Items of dialog 20256 the tests name.
@@ -207,19 +211,19 @@ protected:
   DialogProbe probe_;
 };
 
+// Checks a palette's eight buttons, given as a string of 0/1, first button first.
+inline DialogStep ExpectPalette(int16_t firstButton, std::string bits) {
+  return Check([=](const DialogMoment& m) {
+    EXPECT_EQ(PaletteBits([&](int16_t item) { return m.Value(item); }, firstButton), bits)
+        << "palette " << firstButton;
+  });
+}
+
 // Value of an item in the controls as they were when the dialog closed.
 inline int32_t FinalValue(const DialogRecord& record, int16_t item) {
   const DialogControl* c = record.finalState.Find(item);
   EXPECT_NE(c, nullptr) << "no item " << item;
   return c ? c->value : 0;
-}
-
-// The eight buttons of a palette as a string of 0/1, first button first.
-inline std::string PaletteBits(const std::function<int32_t(int16_t)>& value, int16_t first) {
-  std::string bits;
-  for (int k = 0; k < 8; ++k)
-    bits += value(static_cast<int16_t>(first + k)) ? '1' : '0';
-  return bits;
 }
 
 } // namespace dialogtest

@@ -80,16 +80,12 @@ TEST_F(DialogHost, ResourceDescribesEveryItemWithLocalisedLabels) {
     EXPECT_EQ(c->labelKey, "20256," + std::to_string(id));
     EXPECT_NE(c->label, c->labelKey) << "no text for item " << id;
   }
+  // b button, r radio, c check box, n number field, l label; items 1..48 in order.
+  const std::string kinds = "bbrrlcnllcnlrnlrcnllllllbbbbbbbbbbbbbbbbbbbbbbbb";
+  const std::string letters = "brcntl"; // in the order of ControlKind
   const auto& view = LastDialog().finalState;
-  auto kind = [&](int16_t item) { return view.Find(item)->kind; };
-  for (int16_t radio : {3, 4, 13, 16})
-    EXPECT_EQ(kind(radio), ControlKind::Radio) << radio;
-  for (int16_t box : {6, 10, 17})
-    EXPECT_EQ(kind(box), ControlKind::Checkbox) << box;
-  for (int16_t field : {7, 11, 14, 18})
-    EXPECT_EQ(kind(field), ControlKind::Number) << field;
-  for (int16_t button = 25; button <= 48; ++button)
-    EXPECT_EQ(kind(button), ControlKind::Button) << button;
+  for (int16_t id = 1; id <= 48; ++id)
+    EXPECT_EQ(letters[static_cast<size_t>(view.Find(id)->kind)], kinds[id - 1]) << "item " << id;
   EXPECT_EQ(view.Find(3)->group, view.Find(4)->group);
   EXPECT_EQ(view.Find(13)->group, view.Find(16)->group);
   EXPECT_NE(view.Find(3)->group, view.Find(13)->group);
@@ -263,76 +259,25 @@ TEST_F(DialogHost, CancelKeepsWhatWasTypedForTheNextOpening) {
 TEST_F(DialogHost, ActionsKeepRadiosFieldsAndPalettesInStep) {
   Init();
   probe_.noteDialogWindow();
-  auto expect = [](std::function<void(const DialogMoment&)> f) { return Check(std::move(f)); };
   tSubdivideParam out{};
   RunSteps(
-      {
-          // A palette click sets the field and selects the range.
-          Do(Click(kMinPalette + 3)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kMinField), 1024);
-            EXPECT_EQ(PaletteBits([&](int16_t i) { return m.Value(i); }, kMinPalette), "00010000");
-            EXPECT_EQ(m.Value(kAllDurations), 0);
-            EXPECT_EQ(m.Value(kDurationRange), 1);
-          }),
-          Do(Toggle(kMinDotted)),
-          expect([](const DialogMoment& m) { EXPECT_EQ(m.Value(kMinField), 1536); }),
-          // Another button keeps the dot.
-          Do(Click(kMinPalette)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kMinField), 12288);
-            EXPECT_EQ(PaletteBits([&](int16_t i) { return m.Value(i); }, kMinPalette), "10000000");
-          }),
-          Do(Toggle(kMinDotted)),
-          expect([](const DialogMoment& m) { EXPECT_EQ(m.Value(kMinField), 8192); }),
-          // Radios.
-          Do(Click(kAllDurations)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kAllDurations), 1);
-            EXPECT_EQ(m.Value(kDurationRange), 0);
-          }),
-          Do(Click(kByDivisions)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kByDivisions), 1);
-            EXPECT_EQ(m.Value(kByTarget), 0);
-          }),
-          // The target palette and its box select target mode.
-          Do(Click(kTargetPalette + 4)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kTargetField), 512);
-            EXPECT_EQ(m.Value(kByDivisions), 0);
-            EXPECT_EQ(m.Value(kByTarget), 1);
-          }),
-          Do(Click(kByDivisions)),
-          Do(Toggle(kTargetDotted)),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kTargetField), 768);
-            EXPECT_EQ(m.Value(kByTarget), 1);
-          }),
-          // Field edits: the target field selects target mode and shows its value on the palette.
-          Do(Click(kByDivisions)),
-          Do(Type(kTargetField, "1536")),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kByDivisions), 0);
-            EXPECT_EQ(m.Value(kByTarget), 1);
-            EXPECT_EQ(PaletteBits([&](int16_t i) { return m.Value(i); }, kTargetPalette),
-                      "00010000");
-            EXPECT_EQ(m.Value(kTargetDotted), 1);
-          }),
-          Do(Type(kPartsField, "5")),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kByDivisions), 1);
-            EXPECT_EQ(m.Value(kByTarget), 0);
-          }),
-          Do(Type(kMaxField, "512")),
-          expect([](const DialogMoment& m) {
-            EXPECT_EQ(m.Value(kAllDurations), 0);
-            EXPECT_EQ(m.Value(kDurationRange), 1);
-            EXPECT_EQ(PaletteBits([&](int16_t i) { return m.Value(i); }, kMaxPalette), "00001000");
-            EXPECT_EQ(m.Value(kMaxDotted), 0);
-            EXPECT_EQ(m.Value(kByDivisions), 1) << "the mode is not touched by the range";
-          }),
-      },
+      {// A palette click sets the field and selects the range; another button keeps the dot.
+       Do(Click(kMinPalette + 3)), Expect({{kMinField, 1024}, {3, 0}, {4, 1}}),
+       ExpectPalette(kMinPalette, "00010000"), Do(Toggle(kMinDotted)), Expect({{kMinField, 1536}}),
+       Do(Click(kMinPalette)), Expect({{kMinField, 12288}}), ExpectPalette(kMinPalette, "10000000"),
+       Do(Toggle(kMinDotted)), Expect({{kMinField, 8192}}),
+       // Radios.
+       Do(Click(kAllDurations)), Expect({{3, 1}, {4, 0}}), Do(Click(kByDivisions)),
+       Expect({{13, 1}, {16, 0}}),
+       // The target palette and its box select target mode.
+       Do(Click(kTargetPalette + 4)), Expect({{kTargetField, 512}, {13, 0}, {16, 1}}),
+       Do(Click(kByDivisions)), Do(Toggle(kTargetDotted)),
+       Expect({{kTargetField, 768}, {13, 0}, {16, 1}}),
+       // Field edits: target and parts fields choose the mode, range fields the range.
+       Do(Click(kByDivisions)), Do(Type(kTargetField, "1536")),
+       Expect({{13, 0}, {16, 1}, {kTargetDotted, 1}}), ExpectPalette(kTargetPalette, "00010000"),
+       Do(Type(kPartsField, "5")), Expect({{13, 1}, {16, 0}}), Do(Type(kMaxField, "512")),
+       Expect({{3, 0}, {4, 1}, {kMaxDotted, 0}, {13, 1}}), ExpectPalette(kMaxPalette, "00001000")},
       &out);
   for (const auto& m : LastDialog().messages) {
     if (m.message == 273) {
