@@ -1,5 +1,5 @@
 // A minimal plug-in that serves its localised strings to the test program. Built twice: as
-// StringsProbeTable.bundle (with en and de strings tables) and as StringsProbeBare.bundle (none).
+// StringsProbeTable.bundle (with an English strings table) and as StringsProbeBare.bundle (none).
 #include "portable.h"
 
 #include <cstring>
