@@ -85,6 +85,7 @@ TEST_F(SubdivisionTest, TargetModeSplitsIntoWholePartsWithinTenTDU) {
       {512, 341, 170, 2, 256, 170},   // triplet eighth: 340 lies within 10 of 341
       {1024, 1024, 338, 3, 512, 341}, // 1014 is 10 short: an uneven split, so a triplet
       {1024, 1024, 337, 1, 0, 0},     // 1011 is 13 short
+      {1024, 1025, 338, 1, 0, 0},     // 1014 is 11 short
       {1024, 1024, 2048, 1, 0, 0},    // the target is longer than the note
   };
   for (const Case& c : cases) {
@@ -134,8 +135,12 @@ TEST_F(SubdivisionTest, VoiceTwoMaterialIsNeverChangedAndWarnsOncePerRun) {
   Add(1, 1, Note(1024, 0, -1, kEntryVoiceTwo));
   Add(1, 1, Note(1024, 1024));
   Add(2, 1, Note(1024, 0, -1, kEntryVoiceTwo)); // a second frame with voice 2: no second alert
-  Add(3, 1, Note(1024, 0, -1, kEntryVoiceTwoLaunch));    // not followed by voice 2: split
-  Add(3, 1, Note(1024, 1024, -1, kEntryVoiceTwoLaunch)); // last of its frame: split
+  Add(3, 1, Note(1024, 0, -1, kEntryVoiceTwoLaunch)); // not followed by voice 2: split
+  for (int32_t p = 1024; p < 15 * 1024; p += 1024)
+    Add(3, 1, Rest(1024, p));
+  // Last of a frame of exactly 16 entries, the host's smallest frame buffer: nothing after it
+  // is looked at, and it is split.
+  Add(3, 1, Note(1024, 15 * 1024, -1, kEntryVoiceTwoLaunch));
   const auto staff1 = Entries(1, 1);
   const auto staff2 = Entries(2, 1);
 
@@ -150,10 +155,12 @@ TEST_F(SubdivisionTest, VoiceTwoMaterialIsNeverChangedAndWarnsOncePerRun) {
   ASSERT_EQ(Entries(2, 1).size(), 1u);
   EXPECT_TRUE(SameBytes(Entries(2, 1)[0], staff2[0]));
   const auto e3 = Entries(3, 1);
-  ASSERT_EQ(e3.size(), 4u);
+  ASSERT_EQ(e3.size(), 18u);
+  EXPECT_EQ(e3[1].position, 512);
+  EXPECT_EQ(e3[17].position, 15 * 1024 + 512);
   // The launch bit is kept on the split entry itself but not in its copy.
-  EXPECT_NE(e3[2].flags & kEntryVoiceTwoLaunch, 0u);
-  EXPECT_EQ(e3[3].flags & kEntryVoiceTwoLaunch, 0u);
+  EXPECT_NE(e3[16].flags & kEntryVoiceTwoLaunch, 0u);
+  EXPECT_EQ(e3[17].flags & kEntryVoiceTwoLaunch, 0u);
   EXPECT_EQ(VoiceTwoWarnings(), 1u);
 
   // A new invocation may warn again, once.

@@ -16,8 +16,10 @@ TEST_F(SubdivisionTest, UnevenSplitsMakeTheTupletOfTheirUnit) {
     int16_t referenceNumber;
   };
   const Row rows[] = {
-      {1024, 3, 512, 2}, {1024, 5, 256, 4},  {1024, 6, 256, 4},  {1024, 7, 256, 4},
-      {1536, 5, 512, 3}, {2048, 3, 1024, 2}, {3072, 5, 1024, 3}, {4096, 3, 2048, 2},
+      {1024, 3, 512, 2},   {1024, 5, 256, 4},  {1024, 6, 256, 4},  {1024, 7, 256, 4},
+      {1536, 5, 512, 3},   {2048, 3, 1024, 2}, {3072, 5, 1024, 3}, {4096, 3, 2048, 2},
+      {1026, 4, 512, 2},   // a quotient that is itself a power of two gets the next one up
+      {32767, 2, 8192, 3}, // the unit never exceeds a breve
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(testing::Message() << row.duration << " into " << row.parts);
@@ -105,6 +107,31 @@ TEST_F(SubdivisionTest, EachUnevenSplitReadsThePreferencesAndGetsItsOwnRecord) {
   EXPECT_EQ(e[3].entryNumber, second);
   EXPECT_EQ(e[3].position, 1024);
   EXPECT_EQ(e[5].position, 1024 + 2 * 682);
+}
+
+TEST_F(SubdivisionTest, SplittingTheFirstNoteOfATupletAgainAddsASecondTupletRecord) {
+  Build(1, 1);
+  const uint32_t number = Add(1, 1, Note(1024, 0));
+  ASSERT_EQ(Run(Measures(1, 1, 1, 1), Divisions(3)), 1);
+  ASSERT_EQ(doc().EntryDetails(number).size(), 1u);
+
+  // Only the first triplet eighth (512 notated, 341 real) is selected this time.
+  EXPECT_EQ(Run(Region(1, 1, 0, 1, 1, 0), Divisions(3)), 1);
+
+  const auto records = doc().EntryDetails(number);
+  ASSERT_EQ(records.size(), 2u) << "the new record goes beside the first, not over it";
+  EDTTuplet nested;
+  ASSERT_EQ(records[1].bytes.size(), sizeof nested);
+  std::memcpy(&nested, records[1].bytes.data(), sizeof nested);
+  EXPECT_EQ(nested.tupletNumber, 3);
+  EXPECT_EQ(nested.tupletUnit, 256);
+  EXPECT_EQ(nested.referenceNumber, 2);
+  EXPECT_EQ(doc().Tuplet(number)->tupletUnit, 512) << "the outer tuplet is unchanged";
+  const auto e = Entries(1, 1);
+  ASSERT_EQ(e.size(), 5u);
+  EXPECT_EQ(e[0].duration, 256);
+  EXPECT_EQ(e[0].actualDuration, 113);
+  EXPECT_EQ(e[3].position, 341);
 }
 
 } // namespace
