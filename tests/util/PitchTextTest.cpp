@@ -160,12 +160,6 @@ TEST(PitchText, Ranges) {
   EXPECT_EQ(r.low.step, 0);
 }
 
-TEST(PitchText, DocumentSettingsNeedAHost) {
-  ASSERT_EQ(SXUtilSetPitchFormatting(6), 0);
-  EXPECT_EQ(SXUtilSetPitchFormatting(kPitchFormatFromDocument), 1);
-  EXPECT_EQ(Format({0, 0}), "C6") << "a failed read keeps the state";
-}
-
 TEST(PitchConversion, SemitonesAndWrittenForm) {
   const tDiaPitch below = SXUtilChromToAbsTCD(-1);
   EXPECT_EQ(below.step, -1);

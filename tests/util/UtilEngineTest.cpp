@@ -3,6 +3,7 @@
 // through the probe bundle, which binds to the engine by identifier like any plug-in.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "Engine.h"
@@ -33,36 +34,36 @@ protected:
     ASSERT_NE(probe, nullptr);
     engine().Reset();
     engine().SetProgressDisplay(ProgressDisplay::Off);
-    engine().SetAlertEcho(false);
   }
   Engine& engine() { return Engine::Instance(); }
   Document& doc() { return engine().document(); }
+  std::u16string Name(short staff, int size = 64) {
+    uint16_t name[65]; // one unit more than the largest nameSize, to see overruns
+    std::fill(std::begin(name), std::end(name), 0xAAAA);
+    const long length = probe->getStaffName(staff, name, size);
+    std::u16string text(reinterpret_cast<const char16_t*>(name));
+    EXPECT_EQ(length, static_cast<long>(text.size()));
+    EXPECT_EQ(name[size], 0xAAAA) << "written past nameSize";
+    return text;
+  }
   static inline const UtilProbeTable* probe = nullptr;
 };
-
-std::u16string Name(const UtilProbeTable* probe, short staff, int size = 64) {
-  uint16_t name[64];
-  const long length = probe->getStaffName(staff, name, size);
-  std::u16string text(reinterpret_cast<const char16_t*>(name));
-  EXPECT_EQ(length, static_cast<long>(text.size()));
-  return text;
-}
 
 } // namespace
 
 TEST_F(UtilInEngine, SpecsAndNames) {
   const short violin = doc().AddStaff(u"^font(Times)Violin");
-  const short clarinet = doc().AddStaff(u"", u"B^flat() Clarinet");
+  const short clarinet = doc().AddStaff(u"", u"B^flat() Clarinet"); // second name only
   const short unnamed = doc().AddStaff();
   const short longName = doc().AddStaff(std::u16string(40, u'n'));
   ASSERT_TRUE(doc().SetStaffTransposition(clarinet, 0x2001));
   const short measure = doc().AddMeasure(0x0103, {2, 1536});
 
-  EXPECT_EQ(Name(probe, violin), u"Violin");
-  EXPECT_EQ(Name(probe, clarinet), u"Bb Clarinet");
-  EXPECT_EQ(Name(probe, unnamed), u"");
-  EXPECT_EQ(Name(probe, 99), u"");
-  EXPECT_EQ(Name(probe, longName, 32), std::u16string(31, u'n'));
+  EXPECT_EQ(Name(violin), u"Violin");
+  EXPECT_EQ(Name(clarinet), u"Bb Clarinet");
+  EXPECT_EQ(Name(unnamed), u"");
+  EXPECT_EQ(Name(99), u"");
+  EXPECT_EQ(Name(longName, 32), std::u16string(31, u'n'));
 
   short word = 0;
   ASSERT_TRUE(probe->getStaffTrans(clarinet, &word));
@@ -79,13 +80,12 @@ TEST_F(UtilInEngine, SpecsAndNames) {
   EXPECT_EQ(time.beats, 2);
   EXPECT_EQ(time.beatValue, 1536);
   EXPECT_FALSE(probe->getKeySig(measure + 1, &keySig));
-
   ASSERT_TRUE(probe->putKeySig(measure, -4));
   EXPECT_EQ(doc().KeySignature(measure), -4);
   EXPECT_EQ(doc().TimeSig(measure), (TimeSignature{2, 1536})) << "the rest of the spec survives";
 }
 
-TEST_F(UtilInEngine, EmptyMeasuresAndSlots) {
+TEST_F(UtilInEngine, EmptyMeasuresSlotsAndJobSize) {
   doc().AddStaff(u"A");
   doc().AddStaff(u"B");
   doc().AddMeasure();
@@ -98,10 +98,18 @@ TEST_F(UtilInEngine, EmptyMeasuresAndSlots) {
   EntrySpec note;
   note.notes = {{0, 0}};
   doc().AddEntry({1, 1, 3}, note);
-  EXPECT_FALSE(probe->isEmptyMeasure(0, 1, 1));
+  EXPECT_FALSE(probe->isEmptyMeasure(0, 1, 1)) << "one note in layer 3";
   EXPECT_TRUE(probe->isEmptyMeasure(0, 2, 1));
+  engine().SetMaxLayers(3);
+  EXPECT_TRUE(probe->isEmptyMeasure(0, 1, 1)) << "layer 3 is not in use";
   EXPECT_EQ(*probe->loadedFrames, before);
   EXPECT_EQ(engine().LoadedFrames(), 0);
+
+  EREGION region{};
+  region.startStaff = 2, region.endStaff = 4, region.startMeasure = 10, region.endMeasure = 19;
+  EXPECT_EQ(probe->calcJobSize(&region, 3), 30);
+  EXPECT_EQ(probe->calcJobSize(&region, 7), 90);
+  EXPECT_EQ(probe->calcJobSize(&region, 0), 1);
 
   EXPECT_EQ(probe->countSlots(0), 2) << "one slot per staff";
   engine().SetInstrumentSlots({});
@@ -117,6 +125,11 @@ TEST_F(UtilInEngine, PitchTextsFollowTheDocument) {
   ASSERT_EQ(probe->setPitchFormatting(-32768), 0);
   probe->formatPitch({0, 0}, out, sizeof out);
   EXPECT_STREQ(out, "C5");
+  prefs[40] = 6; // not a whole octave: refused, the state stays
+  ASSERT_TRUE(doc().PutPreference(kTagGeneralPrefs, 0, prefs));
+  EXPECT_EQ(probe->setPitchFormatting(-32768), 1);
+  probe->formatPitch({0, 0}, out, sizeof out);
+  EXPECT_STREQ(out, "C5");
   ASSERT_TRUE(doc().RemovePreference(kTagGeneralPrefs, 0));
   EXPECT_EQ(probe->setPitchFormatting(-32768), 1);
   ASSERT_EQ(probe->setPitchFormatting(32767), 0);
@@ -127,30 +140,59 @@ TEST_F(UtilInEngine, PitchTextsFollowTheDocument) {
 TEST_F(UtilInEngine, ProgressSelectionAndCancel) {
   EREGION selection{};
   selection.startStaff = 2;
-  selection.endStaff = 3;
   engine().SetSelection(selection);
   EREGION first{}, second{};
   EXPECT_EQ(probe->getRegions(&first, &second), 1);
   EXPECT_EQ(first.startStaff, 2);
-  EXPECT_EQ(second.endStaff, 3);
-  EXPECT_EQ(probe->getRegions(nullptr, nullptr), 1);
+  EXPECT_EQ(second.startStaff, 2);
 
+  // Progress: nothing within the first 667 ms, then at most one report per 33 ms.
   probe->setClock(FakeClock);
-  gNowNs = 0;
+  auto at = [](int ms) { gNowNs = 5'000'000'000 + int64_t{ms} * 1'000'000; };
+  at(0);
   probe->progressStart(100);
-  gNowNs = 700'000'000;
-  EXPECT_TRUE(probe->progressUpdate(30));
+  at(666);
+  EXPECT_TRUE(probe->progressUpdate(8));
+  EXPECT_EQ(engine().OpenMassEdits(), 0);
+  at(700);
+  EXPECT_TRUE(probe->progressUpdate(10));
   EXPECT_EQ(engine().OpenMassEdits(), 1);
-  EXPECT_EQ(engine().MassEditStepsReported(), 30);
+  EXPECT_EQ(engine().MassEditStepsReported(), 10);
+  at(710);
+  EXPECT_TRUE(probe->progressUpdate(20));
+  EXPECT_EQ(engine().MassEditStepsReported(), 10);
+  at(740);
+  EXPECT_TRUE(probe->progressUpdate(25));
+  EXPECT_EQ(engine().MassEditStepsReported(), 25);
+  at(800);
+  EXPECT_TRUE(probe->progressUpdate(60));
   probe->progressEnd(0);
   EXPECT_EQ(engine().OpenMassEdits(), 0);
-  EXPECT_EQ(engine().MassEditStepsReported(), 100);
+  EXPECT_EQ(engine().MassEditStepsReported(), 100) << "the end sends the remaining 40";
+
+  at(0);
+  probe->progressStart(50); // more done than the job's size, then an end with nothing left
+  at(700);
+  EXPECT_TRUE(probe->progressUpdate(80));
+  EXPECT_EQ(engine().MassEditStepsReported(), 150);
+  probe->progressEnd(0);
+  EXPECT_EQ(engine().MassEditStepsReported(), 150);
 
   engine().windows().SetKeyDown(47, true);
-  EXPECT_FALSE(probe->cancelRequested());
+  EXPECT_FALSE(probe->cancelRequested()) << "period without Command";
   engine().windows().SetModifierFlags(kModifierCommand);
   EXPECT_TRUE(probe->cancelRequested());
-  probe->progressStart(10);
-  EXPECT_FALSE(probe->progressUpdate(1));
+  at(0);
+  probe->progressStart(100);
+  at(700);
+  EXPECT_FALSE(probe->progressUpdate(60)) << "cancel is tested first";
+  EXPECT_EQ(engine().OpenMassEdits(), 0);
+  engine().windows().SetModifierFlags(0);
+  EXPECT_TRUE(probe->progressUpdate(60));
+  engine().windows().SetModifierFlags(kModifierCommand);
+  EXPECT_FALSE(probe->progressUpdate(90));
+  probe->progressEnd(1);
+  EXPECT_EQ(engine().OpenMassEdits(), 0);
+  EXPECT_EQ(engine().MassEditStepsReported(), 210) << "a cancelled job is closed unfilled";
   probe->setClock(nullptr);
 }

@@ -30,6 +30,7 @@ const UtilProbeTable kTable = {
     SXUtilFormatPitch,
     SXUtilAbsToStaffTCD,
     GetRegions,
+    SXUtilPRCalcJobSize,
     SXUtilSetProgressClock,
     [](unsigned short total) { SXUtilPRStart(&sReport, total); },
     [](unsigned short done) -> int { return SXUtilPRUpdate(&sReport, done); },

@@ -21,6 +21,7 @@ struct UtilProbeTable {
   void (*formatPitch)(tDiaPitch pitch, char* out, short outSize);
   void (*absToStaff)(tDiaPitch* pitch, short staffTrans, short keySig);
   short (*getRegions)(EREGION* first, EREGION* second);
+  short (*calcJobSize)(EREGION* region, short flags);
   // One progress job at a time, kept in the probe; the clock is the test's.
   void (*setClock)(int64_t (*nowNs)());
   void (*progressStart)(unsigned short total);
