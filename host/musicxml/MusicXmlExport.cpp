@@ -334,10 +334,9 @@ private:
           if (auto rest = note.child("rest"))
             rest.remove_attribute("measure");
         SetNoteChildText(note, "type", piece.shown.type);
-        RemoveChildren(note, "dot");
+        RemoveChildren(note, {"dot", "time-modification"});
         for (int d = 0; d < piece.shown.dots; ++d)
           InsertNoteChild(note, "dot");
-        RemoveChildren(note, "time-modification");
         if (piece.modification != Rational(1)) {
           pugi::xml_node tm = InsertNoteChild(note, "time-modification");
           tm.append_child("actual-notes")
@@ -415,12 +414,12 @@ private:
   }
 
   void WriteNewTuplets(const SourceGroup& group, Segment& segment) {
-    std::set<int> taken(group.openTuplets.begin(), group.openTuplets.end());
+    std::vector<int> taken = group.openTuplets;
     for (const NewTuplet& t : segment.tuplets) {
       int number = 1;
-      while (taken.count(number) && number < 16)
+      while (number < 16 && std::find(taken.begin(), taken.end(), number) != taken.end())
         ++number;
-      taken.insert(number);
+      taken.push_back(number);
       pugi::xml_node first = segment.pieces[t.first].notes.front();
       pugi::xml_node tuplet = NotationsOf(first).append_child("tuplet");
       tuplet.append_attribute("type") = "start";
@@ -458,25 +457,23 @@ private:
   // Beams of a frame that changed, from the engine's rebeam: the first level from the entry's
   // place in its beam, inner levels from the notated durations.
   void WriteBeams(FrameEdit& frame) {
-    std::map<const Entry*, std::vector<pugi::xml_node>> notesOf;
+    // The notes of each entry of the frame: a run's pieces, else the source notes.
+    const auto& all = frame.frame->entries;
+    std::vector<std::vector<pugi::xml_node>*> notesAt(all.size(), nullptr);
+    for (size_t i = 0; i < all.size(); ++i)
+      if (all[i].source >= 0 && !source_.groups[all[i].source].notes.empty())
+        notesAt[i] = &source_.groups[all[i].source].notes;
     for (auto& segment : frame.segments)
-      for (auto& piece : segment.pieces)
-        notesOf[piece.entry] = piece.notes;
-    for (const Entry& e : frame.frame->entries) {
-      if (e.source >= 0 && !notesOf.count(&e)) {
-        const SourceGroup& group = source_.groups[e.source];
-        if (!group.notes.empty())
-          notesOf[&e] = group.notes;
-      }
-    }
+      for (size_t k = 0; k < segment.pieces.size(); ++k)
+        notesAt[segment.frameIndex + k] = &segment.pieces[k].notes;
     std::vector<std::pair<const Entry*, std::vector<pugi::xml_node>*>> entries;
-    for (const Entry& e : frame.frame->entries) {
-      auto it = notesOf.find(&e);
-      if (it == notesOf.end())
+    entries.reserve(all.size());
+    for (size_t i = 0; i < all.size(); ++i) {
+      if (!notesAt[i])
         continue;
-      for (auto note : it->second)
+      for (auto note : *notesAt[i])
         RemoveChildren(note, "beam");
-      entries.push_back({&e, &it->second});
+      entries.push_back({&all[i], notesAt[i]});
     }
     // Beam groups: Start opens, End closes; a stray Continue or End opens one.
     size_t i = 0;

@@ -2,6 +2,7 @@
 // edited note stays valid wherever the source put its other elements.
 #pragma once
 
+#include <initializer_list>
 #include <string_view>
 
 #include <pugixml.hpp>
@@ -17,6 +18,9 @@ pugi::xml_node SetNoteChildText(pugi::xml_node note, const char* name, std::stri
 
 // Removes every child called `name`.
 void RemoveChildren(pugi::xml_node parent, const char* name);
+
+// Removes every child called by one of `names`, in one pass over the children.
+void RemoveChildren(pugi::xml_node parent, std::initializer_list<const char*> names);
 
 // The note's first <notations>, made when it has none.
 pugi::xml_node NotationsOf(pugi::xml_node note);

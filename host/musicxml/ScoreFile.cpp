@@ -222,8 +222,8 @@ ImportedScore ReadScoreFile(const fs::path& path) {
   return ImportMusicXml(bytes, path.string());
 }
 
-std::string SerializeScore(const MusicXmlSource& source) {
-  // The text is written as UTF-8 whatever the input was, so the declaration must say so.
+// The text is written as UTF-8 whatever the input was, so the declaration must say so.
+static void SetUtf8Declaration(const MusicXmlSource& source) {
   for (auto node : source.doc->children()) {
     if (node.type() == pugi::node_declaration) {
       if (auto encoding = node.attribute("encoding"))
@@ -231,20 +231,42 @@ std::string SerializeScore(const MusicXmlSource& source) {
       break;
     }
   }
-  std::ostringstream out;
-  source.doc->save(out, "  ", pugi::format_default, pugi::encoding_utf8);
-  return out.str();
+}
+
+std::string SerializeScore(const MusicXmlSource& source) {
+  SetUtf8Declaration(source);
+  // Straight into one string: an ostringstream would copy the whole score once more.
+  struct StringWriter : pugi::xml_writer {
+    std::string text;
+    void write(const void* data, size_t size) override {
+      text.append(static_cast<const char*>(data), size);
+    }
+  } writer;
+  source.doc->save(writer, "  ", pugi::format_default, pugi::encoding_utf8);
+  return std::move(writer.text);
 }
 
 void WriteScoreFile(const MusicXmlSource& source, const fs::path& path) {
-  std::string xml = SerializeScore(source);
-  if (IsCompressedName(path))
-    WriteFileAtomically(path, BuildArchive(source, xml, path));
-  else
-    WriteFileAtomically(path, xml);
+  if (IsCompressedName(path)) {
+    WriteFileAtomically(path, BuildArchive(source, SerializeScore(source), path));
+    return;
+  }
+  SetUtf8Declaration(source);
+  // Plain MusicXML goes straight from the tree into the file, without a copy in memory.
+  WriteFileAtomically(path, [&source](FILE* file) {
+    pugi::xml_writer_file writer(file);
+    source.doc->save(writer, "  ", pugi::format_default, pugi::encoding_utf8);
+  });
 }
 
 void WriteFileAtomically(const fs::path& path, const std::string& bytes) {
+  WriteFileAtomically(path, [&bytes](FILE* file) {
+    if (!bytes.empty())
+      std::fwrite(bytes.data(), 1, bytes.size(), file);
+  });
+}
+
+void WriteFileAtomically(const fs::path& path, const std::function<void(FILE*)>& fill) {
   fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
   std::error_code ec;
   if (fs::is_directory(path, ec))
@@ -257,21 +279,26 @@ void WriteFileAtomically(const fs::path& path, const std::string& bytes) {
   mode_t mask = umask(0);
   umask(mask);
   fchmod(fd, 0666 & ~mask);
-  size_t done = 0;
-  int failure = 0;
-  while (done < bytes.size()) {
-    ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
-    if (n < 0) {
-      if (errno == EINTR)
-        continue;
-      failure = errno;
-      break;
-    }
-    done += static_cast<size_t>(n);
+  FILE* file = fdopen(fd, "wb");
+  if (!file) {
+    int failure = errno;
+    close(fd);
+    unlink(pattern.c_str());
+    throw ScoreError("cannot write " + path.string() + ": " + std::strerror(failure));
   }
-  if (!failure && fsync(fd) != 0)
+  int failure = 0;
+  try {
+    fill(file);
+  } catch (...) {
+    std::fclose(file);
+    unlink(pattern.c_str());
+    throw;
+  }
+  if (std::fflush(file) != 0 || std::ferror(file))
+    failure = errno ? errno : EIO;
+  if (!failure && fsync(fileno(file)) != 0)
     failure = errno;
-  if (close(fd) != 0 && !failure)
+  if (std::fclose(file) != 0 && !failure)
     failure = errno;
   if (!failure && rename(pattern.c_str(), path.c_str()) != 0)
     failure = errno;

@@ -4,7 +4,9 @@
 // and never a half-written score.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "MusicXmlImport.h"
@@ -25,6 +27,11 @@ void WriteScoreFile(const MusicXmlSource& source, const std::filesystem::path& p
 
 // Writes `bytes` to `path` through a temporary file in the same folder and a rename.
 void WriteFileAtomically(const std::filesystem::path& path, const std::string& bytes);
+
+// The same with the contents written by `fill` into the temporary file. Anything `fill`
+// throws removes the temporary file and passes on.
+void WriteFileAtomically(const std::filesystem::path& path,
+                         const std::function<void(std::FILE*)>& fill);
 
 // True when `path` names a compressed score by its extension (case-insensitive ".mxl").
 bool IsCompressedName(const std::filesystem::path& path);
