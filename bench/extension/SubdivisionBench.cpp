@@ -98,16 +98,21 @@ BENCHMARK(BM_SubdivideDocument)
     ->Unit(benchmark::kMillisecond)
     ->MinTime(2.0);
 
-// Keeps the time per iteration of every run for the scaling check.
+// Keeps the wall-clock and CPU seconds per iteration of every run for the scaling check.
 class ScalingReporter : public benchmark::ConsoleReporter {
 public:
+  struct Seconds {
+    double real = 0;
+    double cpu = 0;
+  };
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs)
       if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-        seconds[run.run_name.args] = run.real_accumulated_time / double(run.iterations);
+        seconds[run.run_name.args] = {run.real_accumulated_time / double(run.iterations),
+                                      run.cpu_accumulated_time / double(run.iterations)};
     ConsoleReporter::ReportRuns(runs);
   }
-  std::map<std::string, double> seconds;
+  std::map<std::string, Seconds> seconds;
 };
 
 } // namespace
@@ -120,6 +125,8 @@ int main(int argc, char** argv) {
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
 
+  // The pass runs on one thread, so its CPU time is the work done; on a shared machine the
+  // wall-clock time also holds the time spent waiting for a core, and is reported beside it.
   int failures = 0;
   for (int parts : {4, 3}) {
     const std::string suffix = "/parts:" + std::to_string(parts);
@@ -127,11 +134,14 @@ int main(int argc, char** argv) {
     const auto large = reporter.seconds.find("measures:400" + suffix);
     if (small == reporter.seconds.end() || large == reporter.seconds.end())
       continue; // filtered out
-    const double ratio = large->second / small->second;
-    const bool ok = ratio <= 2.2;
-    std::printf(
-        "split into %d: 200 measures %.1f ms, 400 measures %.1f ms, ratio %.2f (limit 2.20) %s\n",
-        parts, small->second * 1e3, large->second * 1e3, ratio, ok ? "OK" : "EXCEEDED");
+    const double cpuRatio = large->second.cpu / small->second.cpu;
+    const double realRatio = large->second.real / small->second.real;
+    const bool ok = cpuRatio <= 2.2;
+    std::printf("split into %d: CPU %.1f ms -> %.1f ms (x%.2f), wall %.1f ms -> %.1f ms (x%.2f); "
+                "limit x2.20 on CPU time: %s\n",
+                parts, small->second.cpu * 1e3, large->second.cpu * 1e3, cpuRatio,
+                small->second.real * 1e3, large->second.real * 1e3, realRatio,
+                ok ? "OK" : "EXCEEDED");
     failures += ok ? 0 : 1;
   }
   return failures == 0 ? 0 : 1;

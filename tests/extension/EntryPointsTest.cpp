@@ -175,7 +175,7 @@ TEST_F(ExtensionTest, EnumerationListsOneMenuItemWithItsEnglishTexts) {
       EXPECT_EQ(Text(menu.text1), EnglishText("20000,1"));
       EXPECT_EQ(Text(menu.text2), EnglishText("20000,2"));
       EXPECT_EQ(Text(menu.text3), EnglishText("20000,3"));
-      EXPECT_EQ(menu.itemValue, 1u);
+      EXPECT_EQ(+menu.itemValue, 1u);
     }
     for (short index : {short(1), short(2), short(32767)}) {
       tExtensionMenuRecord menu, untouched;
@@ -234,13 +234,13 @@ TEST_F(ExtensionTest, InvocationSplitsTheSelectionAsTheDialogSays) {
 
   const auto e11 = Entries(1, 1);
   ASSERT_EQ(e11.size(), 3u);
-  EXPECT_EQ(e11[2].position, 682);
+  EXPECT_EQ(+e11[2].position, 682);
   EXPECT_EQ(e11[2].duration, 512);
   ASSERT_TRUE(engine().document().Tuplet(quarter).has_value());
   EXPECT_EQ(engine().document().Tuplet(quarter)->tupletNumber, 3);
   const auto e22 = Entries(2, 2);
   ASSERT_EQ(e22.size(), 3u);
-  EXPECT_EQ(e22[1].position, 1024 + 682);
+  EXPECT_EQ(+e22[1].position, 1024 + 682);
   EXPECT_EQ(engine().CallCount(HostCall::RebeamRegion), 1);
   EXPECT_EQ(engine().LoadedFrames(), 0);
 

@@ -94,6 +94,8 @@ inline EntrySpec Rest(int16_t duration, int32_t position) {
   return spec;
 }
 
+// Entry records are packed, so a 32-bit field may sit on a 2-byte boundary: the tests read such
+// a field into a value (unary +) before a test macro or container binds a reference to it.
 inline bool SameBytes(const EXENTRY& a, const EXENTRY& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }

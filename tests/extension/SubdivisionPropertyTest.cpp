@@ -131,11 +131,11 @@ void CheckRun(const EXENTRY& before, const EXENTRY* run, int n, const Document& 
   int64_t total = 0;
   for (int k = 0; k < n; ++k) {
     total += run[k].actualDuration;
-    EXPECT_EQ(run[k].position, before.position + k * part);
+    EXPECT_EQ(+run[k].position, before.position + k * part);
     EXPECT_EQ(run[k].duration, notated);
     if (k == 0)
       continue;
-    EXPECT_EQ(run[k].flags, before.flags & kCopyKeepFlags);
+    EXPECT_EQ(+run[k].flags, before.flags & kCopyKeepFlags);
     EXPECT_EQ(run[k].flags2, before.flags2 & kCopyKeepFlags2);
     EXPECT_EQ(run[k].hostWord6, 0);
     EXPECT_EQ(run[k].noteCount, before.noteCount);
@@ -170,11 +170,11 @@ TEST_F(SubdivisionTest, RandomFramesKeepOrderLeaveTheRestAloneAndAddUp) {
     const auto after = Entries(1, 1);
     std::set<uint32_t> originals;
     for (const EXENTRY& e : before)
-      originals.insert(e.entryNumber);
+      originals.insert(+e.entryNumber);
     size_t j = 0;
     for (size_t i = 0; i < before.size(); ++i) {
       ASSERT_LT(j, after.size());
-      ASSERT_EQ(after[j].entryNumber, before[i].entryNumber) << "entries keep their order";
+      ASSERT_EQ(+after[j].entryNumber, +before[i].entryNumber) << "entries keep their order";
       if (parts[i] == 0) {
         EXPECT_TRUE(SameBytes(after[j], before[i])) << "entry " << i << " is outside the rules";
         ++j;
@@ -182,13 +182,13 @@ TEST_F(SubdivisionTest, RandomFramesKeepOrderLeaveTheRestAloneAndAddUp) {
       }
       ASSERT_LE(j + parts[i], after.size());
       for (int k = 1; k < parts[i]; ++k)
-        EXPECT_EQ(originals.count(after[j + k].entryNumber), 0u) << "a copy is a new entry";
+        EXPECT_EQ(originals.count(+after[j + k].entryNumber), 0u) << "a copy is a new entry";
       CheckRun(before[i], &after[j], parts[i], doc());
       j += parts[i];
     }
     EXPECT_EQ(j, after.size()) << "no entry appears from nowhere";
     for (size_t k = 1; k < after.size(); ++k)
-      EXPECT_LE(after[k - 1].position, after[k].position);
+      EXPECT_LE(+after[k - 1].position, +after[k].position);
     EXPECT_EQ(VoiceTwoWarnings(), voiceTwo ? 1u : 0u);
     EXPECT_EQ(Calls(HostCall::RebeamRegion), anySplit ? 1 : 0);
   }

@@ -39,7 +39,7 @@ TEST_F(SubdivisionTest, UnevenSplitsMakeTheTupletOfTheirUnit) {
     ASSERT_EQ(e.size(), size_t(row.parts));
     for (const EXENTRY& part : e) {
       EXPECT_EQ(part.duration, row.unit) << "unit * parts, divided by the parts";
-      EXPECT_EQ(part.actualDuration, row.duration / row.parts);
+      EXPECT_EQ(+part.actualDuration, row.duration / row.parts);
     }
     EXPECT_NE(e[0].flags & kEntryTupletStart, 0u);
   }
@@ -67,7 +67,7 @@ TEST_F(SubdivisionTest, WithoutA30BytePreferenceRecordNotesSplitWithTruncatedDur
     ASSERT_EQ(e.size(), 3u);
     for (const EXENTRY& part : e) {
       EXPECT_EQ(part.duration, 341);
-      EXPECT_EQ(part.actualDuration, 341);
+      EXPECT_EQ(+part.actualDuration, 341);
       EXPECT_EQ(part.flags & kEntryTupletStart, 0u);
     }
     EXPECT_TRUE(doc().EntryDetails(number).empty());
@@ -104,9 +104,9 @@ TEST_F(SubdivisionTest, EachUnevenSplitReadsThePreferencesAndGetsItsOwnRecord) {
   EXPECT_EQ(doc().Tuplet(second)->tupletUnit, 1024);
   const auto e = Entries(1, 1);
   ASSERT_EQ(e.size(), 6u);
-  EXPECT_EQ(e[3].entryNumber, second);
-  EXPECT_EQ(e[3].position, 1024);
-  EXPECT_EQ(e[5].position, 1024 + 2 * 682);
+  EXPECT_EQ(+e[3].entryNumber, second);
+  EXPECT_EQ(+e[3].position, 1024);
+  EXPECT_EQ(+e[5].position, 1024 + 2 * 682);
 }
 
 TEST_F(SubdivisionTest, SplittingTheFirstNoteOfATupletAgainAddsASecondTupletRecord) {
@@ -130,8 +130,8 @@ TEST_F(SubdivisionTest, SplittingTheFirstNoteOfATupletAgainAddsASecondTupletReco
   const auto e = Entries(1, 1);
   ASSERT_EQ(e.size(), 5u);
   EXPECT_EQ(e[0].duration, 256);
-  EXPECT_EQ(e[0].actualDuration, 113);
-  EXPECT_EQ(e[3].position, 341);
+  EXPECT_EQ(+e[0].actualDuration, 113);
+  EXPECT_EQ(+e[3].position, 341);
 }
 
 } // namespace
