@@ -171,7 +171,8 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
           e.actualDuration = x.actualDuration;
           uint32_t flags = x.flags;
           e.isNote = (flags & kEntryIsNote) != 0;
-          int16_t count = std::clamp<int16_t>(x.noteCount, 0, kMaxNotesPerEntry);
+          int16_t noteCount = x.noteCount; // copied out: never bind to a packed member
+          int16_t count = std::clamp<int16_t>(noteCount, 0, kMaxNotesPerEntry);
           for (int16_t k = 0; e.isNote && k < count; ++k) {
             const EXNOTE& note = x.notes[k];
             uint32_t noteFlags = note.noteFlags;
@@ -184,7 +185,7 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
           if (flags & kEntryTupletStart) {
             // Every tuplet record of the entry in index order: a split inside an existing
             // tuplet adds one after the source's own.
-            for (const auto& detail : document.EntryDetails(x.entryNumber)) {
+            for (const auto& detail : document.EntryDetails(e.entryNumber)) {
               if (detail.tag != engine::kTagTupletDetail ||
                   detail.bytes.size() < engine::kTupletRecordSize)
                 continue;
@@ -209,7 +210,7 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
               break;
             }
           }
-          auto it = sourceOf_.find(x.entryNumber);
+          auto it = sourceOf_.find(e.entryNumber);
           e.source = it == sourceOf_.end() ? -1 : it->second;
           frame.entries.push_back(std::move(e));
         }

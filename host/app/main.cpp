@@ -30,6 +30,9 @@ int main(int argc, char** argv) {
   CLI::App app{"scribo-host: runs the Subdivide Notes command on MusicXML scores"};
   app.require_subcommand(1);
   app.set_version_flag("--version", "scribo-host 1.0");
+  app.footer("Exit status: 0 done; 1 a score or file that cannot be read or written; 2 the "
+             "plug-in rejected the options or the dialog was cancelled (nothing written); 3 a "
+             "bundle that cannot be loaded; 64 a bad command line.");
 
   SubdivideRequest request;
   std::string divisions, target, minimum, maximum, measures, staves;
@@ -42,8 +45,11 @@ int main(int argc, char** argv) {
   auto* inPlace =
       subdivide->add_flag("--in-place", request.inPlace, "Overwrite the input with the result");
   outputOption->excludes(inPlace);
-  subdivide->add_option("--measures", measures, "Measures to select, e.g. 3-6 (default: all)");
-  subdivide->add_option("--staves", staves, "Staves to select, e.g. 1-2 (default: all)");
+  subdivide->add_option(
+      "--measures", measures,
+      "Measures to select, counted from 1 in score order, e.g. 3-6 (default: all)");
+  subdivide->add_option("--staves", staves,
+                        "Staves to select, counted from 1 from the top, e.g. 1-2 (default: all)");
   auto* divisionsOption =
       subdivide->add_option("--divisions", divisions, "Split each note into N equal parts (2-32)");
   auto* targetOption = subdivide->add_option(

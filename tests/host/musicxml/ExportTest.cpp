@@ -73,8 +73,9 @@ std::vector<std::string> NoteValues(const pugi::xml_node& measure, const char* c
 ImportedScore WriteAndReimport(const MusicXmlSource& source, const std::string& tag) {
   auto file = TempDir(tag) / "out.musicxml";
   WriteScoreFile(source, file);
-  if (HaveXmllint())
+  if (HaveXmllint()) {
     EXPECT_EQ(SchemaErrors(file), "");
+  }
   return ReadScoreFile(file);
 }
 
