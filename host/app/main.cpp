@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "scribo-host 1.0");
   app.footer("Exit status: 0 done; 1 a score or file that cannot be read or written; 2 the "
              "plug-in rejected the options or the dialog was cancelled (nothing written); 3 a "
-             "bundle that cannot be loaded; 64 a bad command line.");
+             "bundle that cannot be loaded; 64 a bad command line.\n");
 
   SubdivideRequest request;
   std::string divisions, target, minimum, maximum, measures, staves;
