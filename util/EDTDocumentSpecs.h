@@ -1,4 +1,4 @@
-// The host's specification records of measures, staves, staff groups and pages.
+// The host's spec records of measures, staves, staff groups and pages.
 //
 // Shared with the host bit for bit: little-endian, packed on 2-byte boundaries. The host owns
 // the layouts; the SDK names only the fields it reads, the rest is host data to be passed back
@@ -16,7 +16,7 @@ constexpr uint32_t kTagPageSpec = 0x534f5053;    // "SOPS", keys {page, 0}
 
 #pragma pack(push, 2)
 
-// Measure specification, 30 bytes.
+// Measure spec, 30 bytes.
 struct EDTMeasureSpec2014 {
   uint8_t hostData0[2];
   int16_t keySig; // key-signature word: low byte sharps (+) or flats (-), high byte mode
@@ -26,7 +26,7 @@ struct EDTMeasureSpec2014 {
   uint8_t hostData12[18];
 };
 
-// Staff specification, 136 bytes.
+// Staff spec, 136 bytes.
 struct EDTStaffSpec2014 {
   uint8_t hostData0[20];
   int16_t staffTrans; // staff-transposition word (interval form when bit 13 is set)
@@ -38,12 +38,12 @@ struct EDTStaffSpec2014 {
   uint8_t hostData114[22];
 };
 
-// Staff-group specification, 36 bytes; its fields are the host's.
+// Staff-group spec, 36 bytes; its fields are the host's.
 struct EDTGroupSpec {
   uint8_t hostData[36];
 };
 
-// Page specification, 22 bytes; its fields are the host's.
+// Page spec, 22 bytes; its fields are the host's.
 struct EDTPageSpec {
   uint8_t hostData[22];
 };

@@ -27,7 +27,7 @@ short SXUtilGetGeneralPrefs(EDTGeneralPrefs2008* prefs);       // "pfgp" {0}
 // Stores the measure spec ("SOMS" {measure, 0}, 30 bytes); the host's result.
 short SXUtilPutMeasureSpec(short measure, EDTMeasureSpec2014* spec);
 
-// The measure's key-signature word. False, with `keySig` untouched, when the spec cannot be
+// The measure's key-signature word. False, with `keySig` untouched, when the measure spec cannot be
 // loaded.
 bool SXUtilGetKeySig(short measure, short* keySig);
 
@@ -35,7 +35,7 @@ bool SXUtilGetKeySig(short measure, short* keySig);
 // spec cannot be loaded.
 bool SXUtilGetTimeSig(short measure, tTimeSig* timeSig);
 
-// The staff's transposition word. False, with `staffTrans` untouched, when the spec cannot be
+// The staff's transposition word. False, with `staffTrans` untouched, when the staff spec cannot be
 // loaded.
 bool SXUtilGetStaffTrans(short staff, short* staffTrans);
 

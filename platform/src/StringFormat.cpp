@@ -27,7 +27,7 @@ enum class Length : uint8_t {
 };
 
 struct Spec {
-  size_t begin = 0, end = 0; // the spec's text in the format, for literal copies
+  size_t begin = 0, end = 0; // the conversion's text in the format, for literal copies
   bool literal = false;      // unknown or unfinished: copy the text
   std::string flags;         // any of "-+ #0'"
   int width = -1;            // -1: none
@@ -113,8 +113,8 @@ bool IsKnownConversion(char16_t c) {
   return c != 0 && c < 0x80 && std::strchr("diouxXDOUeEfFgGaAcCsSpn@%", static_cast<char>(c));
 }
 
-// Parses the spec starting at the '%' at f[i]. Argument indices come from `next` (sequential) or
-// from N$; `bad` is set when the format cannot be read safely.
+// Parses the conversion starting at the '%' at f[i]. Argument indices come from `next` (sequential)
+// or from N$; `bad` is set when the format cannot be read safely.
 Spec ParseSpec(const std::u16string& f, size_t i, int& next, bool& bad) {
   Spec s;
   s.begin = i++;
@@ -187,7 +187,7 @@ Spec ParseSpec(const std::u16string& f, size_t i, int& next, bool& bad) {
   return s;
 }
 
-// Copies `text` into `out` padded to the spec's width with spaces.
+// Copies `text` into `out` padded to the conversion's width with spaces.
 void AppendPadded(const Spec& s, int width, std::u16string_view text, std::u16string& out) {
   const size_t pad =
       width > 0 && static_cast<size_t>(width) > text.size() ? width - text.size() : 0;
@@ -199,7 +199,8 @@ void AppendPadded(const Spec& s, int width, std::u16string_view text, std::u16st
     out.append(pad, u' ');
 }
 
-// Numbers go through the C library's printf with the spec rebuilt around a fixed length modifier.
+// Numbers go through the C library's printf with the conversion rebuilt around a fixed length
+// modifier.
 void AppendNumber(const Spec& s, int width, int precision, const FormatArg& a,
                   std::u16string& out) {
   std::string spec = "%" + s.flags;

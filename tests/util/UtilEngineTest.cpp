@@ -82,7 +82,8 @@ TEST_F(UtilInEngine, SpecsAndNames) {
   EXPECT_FALSE(probe->getKeySig(measure + 1, &keySig));
   ASSERT_TRUE(probe->putKeySig(measure, -4));
   EXPECT_EQ(doc().KeySignature(measure), -4);
-  EXPECT_EQ(doc().TimeSig(measure), (TimeSignature{2, 1536})) << "the rest of the spec survives";
+  EXPECT_EQ(doc().TimeSig(measure), (TimeSignature{2, 1536}))
+      << "the rest of the measure record survives";
 }
 
 TEST_F(UtilInEngine, EmptyMeasuresSlotsAndJobSize) {

@@ -101,7 +101,7 @@ public:
 
   // --- Entries -----------------------------------------------------------------------------
   // Appends an entry to the frame and gives it a new entry number, which it returns; 0 when the
-  // frame does not exist, the frame is full or the spec is invalid (more than 12 notes).
+  // frame does not exist, the frame is full or the entry is invalid (more than 12 notes).
   uint32_t AddEntry(FrameAddress frame, const EntrySpec& spec);
   // Appends a ready entry. Its entryNumber is kept when non-zero and unused, else a new one is
   // given. Returns the number, or 0.
