@@ -14,26 +14,19 @@ PROBE_EXPORT short ProbeSpecifySubdivision(OpaqueCocoaWindow* parent, tSubdivide
   return SpecifySubdivision(parent, out);
 }
 
-PROBE_EXPORT void* ProbeHandlerHandle() {
-  return reinterpret_cast<void*>(sDlogHandlerUPP);
+PROBE_EXPORT SF_DialogHandlerUPP ProbeHandlerHandle() {
+  return sDlogHandlerUPP;
 }
-PROBE_EXPORT void* ProbeHandlerAddress() {
-  return reinterpret_cast<void*>(&MyDlogHandler);
-}
-
-PROBE_EXPORT void ProbeGetDialogState(tSubdivideParam* state) {
-  *state = sDialogState;
-}
-PROBE_EXPORT void ProbeSetDialogState(const tSubdivideParam* state) {
-  sDialogState = *state;
+PROBE_EXPORT SF_DialogHandlerProcPtr ProbeHandler() {
+  return &MyDlogHandler;
 }
 
-PROBE_EXPORT void ProbeGetWinPos(short* top, short* left) {
-  *top = sWinPos.top;
-  *left = sWinPos.left;
+// The remembered settings and position, read and written in place.
+PROBE_EXPORT tSubdivideParam* ProbeDialogState() {
+  return &sDialogState;
 }
-PROBE_EXPORT void ProbeSetWinPos(short top, short left) {
-  sWinPos = {top, left};
+PROBE_EXPORT tWinPos* ProbeWinPos() {
+  return &sWinPos;
 }
 
 // Direct access to the open dialog window for tests that play a host sending what the reference

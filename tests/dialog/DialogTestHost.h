@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "Engine.h"
@@ -19,57 +22,47 @@
 namespace dialogtest {
 
 using scribo::engine::DialogAction;
-using scribo::engine::DialogControl;
 using scribo::engine::DialogRecord;
 using scribo::engine::DialogView;
 using scribo::engine::Engine;
-using scribo::engine::ScreenRect;
 
-// The probe bundle's exports.
+// Where the dialog was when it last closed, as the probe keeps it.
+struct WinPos {
+  int16_t top, left;
+  bool operator==(const WinPos&) const = default;
+  friend std::ostream& operator<<(std::ostream& os, WinPos p) {
+    return os << "{top " << p.top << ", left " << p.left << '}';
+  }
+};
+static_assert(sizeof(WinPos) == 4 && offsetof(WinPos, left) == 2);
+
+// The probe bundle's exports; the remembered settings and position are read and written in
+// place.
 struct DialogProbe {
   short (*init)() = nullptr;
   short (*specify)(OpaqueCocoaWindow*, tSubdivideParam*) = nullptr;
-  void* (*handlerHandle)() = nullptr;
-  SF_DialogHandlerProcPtr handler = nullptr; // MyDlogHandler itself
-  void (*getState)(tSubdivideParam*) = nullptr;
-  void (*setState)(const tSubdivideParam*) = nullptr;
-  void (*getWinPos)(short*, short*) = nullptr;
-  void (*setWinPos)(short, short) = nullptr;
+  SF_DialogHandlerUPP (*handlerHandle)() = nullptr;
+  SF_DialogHandlerProcPtr (*handler)() = nullptr; // MyDlogHandler itself
   void (*noteDialogWindow)() = nullptr;
   OpaqueCocoaWindow* (*openDialog)() = nullptr;
-
-  tSubdivideParam State() const {
-    tSubdivideParam state{};
-    getState(&state);
-    return state;
-  }
-  std::pair<short, short> WinPos() const { // {top, left}
-    short top = 0, left = 0;
-    getWinPos(&top, &left);
-    return {top, left};
-  }
+  tSubdivideParam* (*state)() = nullptr;
+  WinPos* (*winPos)() = nullptr;
 };
 
-inline std::filesystem::path ProbeBundle() {
-  return DIALOG_PROBE_BUNDLE;
+inline bool SameParam(const tSubdivideParam& a, const tSubdivideParam& b) {
+  return a.minDuration == b.minDuration && a.maxDuration == b.maxDuration &&
+         a.targetDuration == b.targetDuration && a.divisions == b.divisions &&
+         a.allDurations == b.allDurations && a.byDivisions == b.byDivisions;
 }
 
-inline DialogProbe BindProbe(void* image) {
-  using scribotest::Symbol;
-  DialogProbe p;
-  p.init = Symbol<short (*)()>(image, "ProbeInitSelectSubdivisionDialog");
-  p.specify =
-      Symbol<short (*)(OpaqueCocoaWindow*, tSubdivideParam*)>(image, "ProbeSpecifySubdivision");
-  p.handlerHandle = Symbol<void* (*)()>(image, "ProbeHandlerHandle");
-  p.handler = reinterpret_cast<SF_DialogHandlerProcPtr>(
-      Symbol<void* (*)()>(image, "ProbeHandlerAddress")());
-  p.getState = Symbol<void (*)(tSubdivideParam*)>(image, "ProbeGetDialogState");
-  p.setState = Symbol<void (*)(const tSubdivideParam*)>(image, "ProbeSetDialogState");
-  p.getWinPos = Symbol<void (*)(short*, short*)>(image, "ProbeGetWinPos");
-  p.setWinPos = Symbol<void (*)(short, short)>(image, "ProbeSetWinPos");
-  p.noteDialogWindow = Symbol<void (*)()>(image, "ProbeNoteDialogWindow");
-  p.openDialog = Symbol<OpaqueCocoaWindow* (*)()>(image, "ProbeOpenDialog");
-  return p;
+inline DialogAction Type(int16_t item, std::string text) {
+  return DialogAction::TypeText(item, std::move(text));
+}
+inline DialogAction Click(int16_t item) {
+  return DialogAction::Click(item);
+}
+inline DialogAction Toggle(int16_t item) {
+  return DialogAction::Toggle(item);
 }
 
 // The eight buttons of a palette as a string of 0/1, first button first.
@@ -97,6 +90,9 @@ struct DialogMoment {
     char buffer[64] = {};
     SX_GetDlgCntlVal(window, item, buffer, sizeof buffer, 0x19500000);
     return buffer;
+  }
+  std::string Bits(int16_t firstButton) const {
+    return PaletteBits([&](int16_t item) { return Value(item); }, firstButton);
   }
   // Every item's value and text, to see that a message changed nothing.
   std::vector<std::pair<int32_t, std::string>> Snapshot() const {
@@ -126,26 +122,25 @@ inline DialogStep Expect(std::vector<std::pair<int16_t, int32_t>> values) {
       EXPECT_EQ(m.Value(item), value) << "item " << item;
   });
 }
+// Checks a palette's eight buttons, given as a string of 0/1, first button first.
+inline DialogStep ExpectPalette(int16_t firstButton, std::string bits) {
+  return Check([=](const DialogMoment& m) {
+    EXPECT_EQ(m.Bits(firstButton), bits) << "palette " << firstButton;
+  });
+}
+
+// Value of an item in the controls as they were when the dialog closed.
+inline int32_t FinalValue(const DialogRecord& record, int16_t item) {
+  const auto* c = record.finalState.Find(item);
+  EXPECT_NE(c, nullptr) << "no item " << item;
+  return c ? c->value : 0;
+}
 
 // Items of dialog 20256 the tests name.
-enum : int16_t {
-  kOK = 1,
-  kCancel = 2,
-  kAllDurations = 3,
-  kDurationRange = 4,
-  kMinDotted = 6,
-  kMinField = 7,
-  kMaxDotted = 10,
-  kMaxField = 11,
-  kByDivisions = 13,
-  kPartsField = 14,
-  kByTarget = 16,
-  kTargetDotted = 17,
-  kTargetField = 18,
-  kMinPalette = 25,
-  kMaxPalette = 33,
-  kTargetPalette = 41,
-};
+constexpr int16_t kOK = 1, kCancel = 2, kAllDurations = 3, kDurationRange = 4, kMinDotted = 6,
+                  kMinField = 7, kMaxDotted = 10, kMaxField = 11, kByDivisions = 13,
+                  kPartsField = 14, kByTarget = 16, kTargetDotted = 17, kTargetField = 18,
+                  kMinPalette = 25, kMaxPalette = 33, kTargetPalette = 41;
 
 class DialogHost : public ::testing::Test {
 protected:
@@ -154,13 +149,25 @@ protected:
     Engine::Instance().SetAlertEcho(false);
     const std::string tag =
         std::string("dialog-") + ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    copy_ = scribotest::FreshBundleCopy(ProbeBundle(), tag);
-    image_ = scribotest::LoadBundle(copy_);
-    auto bundleMain = scribotest::Symbol<int (*)(int, void*)>(image_, "main");
-    ASSERT_NE(bundleMain, nullptr);
+    copy_ = scribotest::FreshBundleCopy(DIALOG_PROBE_BUNDLE, tag);
+    void* image = scribotest::LoadBundle(copy_);
+    auto bind = [&](auto& fn, const char* name) {
+      fn = scribotest::Symbol<std::remove_reference_t<decltype(fn)>>(image, name);
+      ASSERT_NE(fn, nullptr) << name;
+    };
+    int (*bundleMain)(int, void*) = nullptr;
+    bind(bundleMain, "main");
+    ASSERT_FALSE(HasFatalFailure());
     int context = 0;
     ASSERT_EQ(bundleMain(1, &context), 1) << "the probe did not bind to the engine";
-    probe_ = BindProbe(image_);
+    bind(probe_.init, "ProbeInitSelectSubdivisionDialog");
+    bind(probe_.specify, "ProbeSpecifySubdivision");
+    bind(probe_.handlerHandle, "ProbeHandlerHandle");
+    bind(probe_.handler, "ProbeHandler");
+    bind(probe_.noteDialogWindow, "ProbeNoteDialogWindow");
+    bind(probe_.openDialog, "ProbeOpenDialog");
+    bind(probe_.state, "ProbeDialogState");
+    bind(probe_.winPos, "ProbeWinPos");
   }
 
   void TearDown() override {
@@ -172,8 +179,13 @@ protected:
     std::filesystem::remove_all(copy_.parent_path(), ec);
   }
 
-  // Initialises the dialog handle, as extension initialisation does.
-  void Init() { ASSERT_EQ(probe_.init(), 1); }
+  // Initialises the dialog handle, as extension initialisation does; with `noteWindow` the
+  // open dialog window is reachable from the steps of RunSteps.
+  void Init(bool noteWindow = false) {
+    ASSERT_EQ(probe_.init(), 1);
+    if (noteWindow)
+      probe_.noteDialogWindow();
+  }
 
   // Runs SpecifySubdivision with a scripted dialog; returns its result.
   short RunScript(std::vector<DialogAction> script, tSubdivideParam* out) {
@@ -181,8 +193,7 @@ protected:
     return probe_.specify(nullptr, out);
   }
 
-  // Runs SpecifySubdivision step by step, with the dialog window at hand. Needs
-  // probe_.noteDialogWindow() to have been called.
+  // Runs SpecifySubdivision step by step, with the dialog window at hand.
   short RunSteps(std::vector<DialogStep> steps, tSubdivideParam* out) {
     size_t next = 0;
     Engine::Instance().SetInteractiveDialogs(
@@ -207,23 +218,7 @@ protected:
   }
 
   std::filesystem::path copy_;
-  void* image_ = nullptr;
   DialogProbe probe_;
 };
-
-// Checks a palette's eight buttons, given as a string of 0/1, first button first.
-inline DialogStep ExpectPalette(int16_t firstButton, std::string bits) {
-  return Check([=](const DialogMoment& m) {
-    EXPECT_EQ(PaletteBits([&](int16_t item) { return m.Value(item); }, firstButton), bits)
-        << "palette " << firstButton;
-  });
-}
-
-// Value of an item in the controls as they were when the dialog closed.
-inline int32_t FinalValue(const DialogRecord& record, int16_t item) {
-  const DialogControl* c = record.finalState.Find(item);
-  EXPECT_NE(c, nullptr) << "no item " << item;
-  return c ? c->value : 0;
-}
 
 } // namespace dialogtest

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <vector>
 
 #include "TestSupport.h"
 
@@ -11,6 +12,10 @@ namespace {
 struct WindowRect {
   double x, y, width, height;
 };
+
+std::vector<double> Fields(const WindowRect& r) {
+  return {r.x, r.y, r.width, r.height};
+}
 
 } // namespace
 
@@ -24,17 +29,10 @@ TEST(WindowSystemFallback, MissingCallsMeanNoScreenZeroFramesAndNoMoves) {
 
   WindowRect screen{1, 2, 3, 4};
   EXPECT_FALSE(mainScreenFrame(&screen));
-  EXPECT_EQ(screen.x, 0);
-  EXPECT_EQ(screen.y, 0);
-  EXPECT_EQ(screen.width, 0);
-  EXPECT_EQ(screen.height, 0);
+  EXPECT_EQ(Fields(screen), std::vector<double>(4, 0.0));
 
   int window = 0;
   setTopLeft(&window, 100, 200); // nothing to ask: nothing happens
-  const WindowRect frame = windowFrame(&window);
-  EXPECT_EQ(frame.x, 0);
-  EXPECT_EQ(frame.y, 0);
-  EXPECT_EQ(frame.width, 0);
-  EXPECT_EQ(frame.height, 0);
+  EXPECT_EQ(Fields(windowFrame(&window)), std::vector<double>(4, 0.0));
   dlclose(image);
 }
