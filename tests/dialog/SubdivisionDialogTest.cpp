@@ -49,16 +49,9 @@ TEST_F(DialogHost, FirstOpeningShowsTheDefaultsAndCancelChangesNothing) {
   const DialogRecord& d = LastDialog();
   EXPECT_EQ(d.resource, 20256);
   EXPECT_EQ(d.end, DialogEnd::ByCancel);
-  ExpectFinal(d, {{kMinField, 64},
-                  {kMinDotted, 0},
-                  {kMaxField, 8192},
-                  {kMaxDotted, 0},
-                  {kTargetField, 1024},
-                  {kTargetDotted, 0},
-                  {kAllDurations, 1},
-                  {kDurationRange, 0},
-                  {kByDivisions, 0},
-                  {kByTarget, 1}});
+  ExpectFinal(d, {{kMinField, 64}, {kMaxField, 8192}, {kTargetField, 1024}});
+  ExpectFinal(d, {{kMinDotted, 0}, {kMaxDotted, 0}, {kTargetDotted, 0}});
+  ExpectFinal(d, {{kAllDurations, 1}, {kDurationRange, 0}, {kByDivisions, 0}, {kByTarget, 1}});
   auto value = [&](int16_t item) { return FinalValue(d, item); };
   EXPECT_EQ(PaletteBits(value, kMinPalette), "00000001");    // the 64th note
   EXPECT_EQ(PaletteBits(value, kMaxPalette), "10000000");    // the breve
