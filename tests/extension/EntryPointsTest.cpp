@@ -1,31 +1,22 @@
 // The SubdivideNotes bundle as a host drives it: loaded with dlopen next to the reference
 // engine, `main`, then initialisation, enumeration of the menu item and invocation with a
-// scripted options dialog.
+// scripted options dialog. Every check runs through both the entry points and their aliases.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
 
-#include "Engine.h"
 #include "HostTypes.h"
-#include "TestSupport.h"
+#include "SubdivisionHost.h"
 #include "tExtensionMenuRecord.h"
 
+namespace subdivisiontest {
 namespace {
 
 using scribo::engine::DialogAction;
 using scribo::engine::DialogScript;
-using scribo::engine::Engine;
-using scribo::engine::EntrySpec;
-using scribo::engine::FrameAddress;
-using scribo::engine::HostCall;
-using scribo::engine::NoteSpec;
-
-constexpr char kVoiceTwoWarning[] =
-    "The current selection contains some voice 2 entries.  These entries will not be changed.";
 
 // The six entry points (or their aliases) of one loaded image.
 struct Extension {
@@ -38,29 +29,19 @@ struct Extension {
 };
 
 Extension Bind(void* image, bool aliases) {
-  using scribotest::Symbol;
+  auto find = [&](auto& fn, const char* name, const char* alias) {
+    fn = scribotest::Symbol<std::remove_reference_t<decltype(fn)>>(image, aliases ? alias : name);
+    if (!fn)
+      throw std::runtime_error(std::string("missing entry point ") + (aliases ? alias : name));
+  };
   Extension x{};
-  x.version =
-      Symbol<decltype(x.version)>(image, aliases ? "Ext_getversion" : "ScriboExtensionVersion");
-  x.init = Symbol<decltype(x.init)>(image, aliases ? "Ext_init" : "ScriboExtensionInit");
-  x.enumerate = Symbol<decltype(x.enumerate)>(image, aliases ? "Ext_enumerate_UTF16"
-                                                             : "ScriboExtensionEnumerate_UTF16");
-  x.invoke = Symbol<decltype(x.invoke)>(image, aliases ? "Ext_invoke" : "ScriboExtensionInvoke");
-  x.terminate =
-      Symbol<decltype(x.terminate)>(image, aliases ? "Ext_terminate" : "ScriboExtensionTerminate");
-  x.menuStatus = Symbol<decltype(x.menuStatus)>(image, aliases ? "Ext_getmenustatus"
-                                                               : "ScriboExtensionGetMenuStatus");
+  find(x.version, "ScriboExtensionVersion", "Ext_getversion");
+  find(x.init, "ScriboExtensionInit", "Ext_init");
+  find(x.enumerate, "ScriboExtensionEnumerate_UTF16", "Ext_enumerate_UTF16");
+  find(x.invoke, "ScriboExtensionInvoke", "Ext_invoke");
+  find(x.terminate, "ScriboExtensionTerminate", "Ext_terminate");
+  find(x.menuStatus, "ScriboExtensionGetMenuStatus", "Ext_getmenustatus");
   return x;
-}
-
-// Loads an image of the bundle and calls its `main` as the host does after loading.
-void* LoadAndStart(const std::filesystem::path& bundle) {
-  void* image = scribotest::LoadBundle(bundle);
-  int context = 0;
-  auto bundleMain = scribotest::Symbol<int (*)(int, void*)>(image, "main");
-  EXPECT_NE(bundleMain, nullptr);
-  EXPECT_EQ(bundleMain(1, &context), 1);
-  return image;
 }
 
 std::filesystem::path BuiltBundle() {
@@ -72,10 +53,9 @@ std::u16string EnglishText(const std::string& key) {
   std::ifstream in(scribotest::SourceDir() / "resources/en.lproj/Localizable.strings");
   std::stringstream all;
   all << in.rdbuf();
-  std::smatch match;
   const std::string text = all.str();
-  const std::regex line("\"" + key + "\"\\s*=\\s*\"([^\"]*)\";");
-  if (!std::regex_search(text, match, line))
+  std::smatch match;
+  if (!std::regex_search(text, match, std::regex("\"" + key + "\"\\s*=\\s*\"([^\"]*)\";")))
     throw std::runtime_error("no English text for " + key);
   const std::string utf8 = match[1];
   std::u16string out;
@@ -100,78 +80,45 @@ std::u16string Text(const uint16_t (&field)[kMenuTextUnits]) {
   return s;
 }
 
-class ExtensionTest : public ::testing::Test {
-protected:
-  static void SetUpTestSuite() {
-    image_ = LoadAndStart(BuiltBundle());
-    direct_ = Bind(image_, false);
-    aliases_ = Bind(image_, true);
-  }
-  void SetUp() override {
-    engine().Reset();
-    engine().SetAlertEcho(false);
-    for (int s = 0; s < 2; ++s)
-      engine().document().AddStaff();
-    for (int m = 0; m < 2; ++m)
-      engine().document().AddMeasure();
-  }
-  static Engine& engine() { return Engine::Instance(); }
-  static uint32_t AddNote(int16_t staff, int16_t measure, int16_t duration, int32_t position,
-                          uint32_t flags = 0) {
-    EntrySpec spec;
-    spec.duration = duration;
-    spec.position = position;
-    spec.flags = flags;
-    spec.notes = {NoteSpec{0, 0, 0}};
-    return engine().document().AddEntry(FrameAddress{staff, measure, 0}, spec);
-  }
-  static std::vector<EXENTRY> Entries(int16_t staff, int16_t measure) {
-    return engine().document().Entries(FrameAddress{staff, measure, 0});
-  }
-  static EREGION WholeDocument() {
-    EREGION r{};
-    r.startStaff = 1;
-    r.startMeasure = 1;
-    r.endStaff = 2;
-    r.endMeasure = 2;
-    r.endPosition = 0x7FFFFFFF;
-    return r;
-  }
-  // The dialog as a user fills it to split every note into `parts`.
-  static DialogScript SplitInto(int parts) {
-    return {DialogAction::Click(3), DialogAction::TypeText(14, std::to_string(parts)),
-            DialogAction::Click(1)};
-  }
-
-  static inline void* image_ = nullptr;
-  static inline Extension direct_{};
-  static inline Extension aliases_{};
-};
-
-TEST_F(ExtensionTest, VersionMenuStatusAndTerminateAnswerTheirConstants) {
-  for (const Extension* x : {&direct_, &aliases_}) {
-    EXPECT_EQ(x->version(), 0x19500000u);
-    EXPECT_EQ(x->menuStatus(), 1);
-    x->terminate();
-  }
-  EXPECT_TRUE(engine().Alerts().empty());
+// The dialog as a user fills it to split every note into `parts`.
+DialogScript SplitInto(int parts) {
+  return {DialogAction::Click(3), DialogAction::TypeText(14, std::to_string(parts)),
+          DialogAction::Click(1)};
 }
 
-TEST_F(ExtensionTest, InitialisationStoresZeroAndSucceedsEveryTime) {
-  for (const Extension* x : {&direct_, &aliases_, &direct_}) {
+class ExtensionTest : public EngineTest {
+protected:
+  static void SetUpTestSuite() {
+    void* image = LoadAndStart(BuiltBundle());
+    both_[0] = Bind(image, false);
+    both_[1] = Bind(image, true);
+  }
+  void SetUp() override {
+    EngineTest::SetUp();
+    Build(2, 2);
+  }
+  static inline Extension both_[2]{};
+  static inline EREGION whole_ = Measures(1, 2, 1, 2);
+};
+
+TEST_F(ExtensionTest, ConstantsAndInitialisationAnswerTheSameThroughEitherName) {
+  for (const Extension& x : {both_[0], both_[1], both_[0]}) {
+    EXPECT_EQ(x.version(), 0x19500000u);
+    EXPECT_EQ(x.menuStatus(), 1);
+    x.terminate();
     uint32_t flags = 0xFFFFFFFF;
-    EXPECT_EQ(x->init(nullptr, &flags), 1);
+    EXPECT_EQ(x.init(nullptr, &flags), 1) << "initialisation succeeds every time";
     EXPECT_EQ(flags, 0u);
   }
   EXPECT_TRUE(engine().Alerts().empty()) << "a Mach-O host gets no internal alert";
 }
 
 TEST_F(ExtensionTest, EnumerationListsOneMenuItemWithItsEnglishTexts) {
-  for (const Extension* x : {&direct_, &aliases_}) {
+  for (const Extension& x : both_) {
     for (short index : {short(0), short(-1)}) {
       tExtensionMenuRecord menu;
       std::memset(&menu, 0xAB, sizeof menu);
-      EXPECT_EQ(x->enumerate(nullptr, index, &menu), 1);
+      EXPECT_EQ(x.enumerate(nullptr, index, &menu), 1);
       EXPECT_EQ(Text(menu.text1), EnglishText("20000,1"));
       EXPECT_EQ(Text(menu.text2), EnglishText("20000,2"));
       EXPECT_EQ(Text(menu.text3), EnglishText("20000,3"));
@@ -181,109 +128,79 @@ TEST_F(ExtensionTest, EnumerationListsOneMenuItemWithItsEnglishTexts) {
       tExtensionMenuRecord menu, untouched;
       std::memset(&menu, 0xAB, sizeof menu);
       std::memcpy(&untouched, &menu, sizeof menu);
-      EXPECT_EQ(x->enumerate(nullptr, index, &menu), 0);
+      EXPECT_EQ(x.enumerate(nullptr, index, &menu), 0);
       EXPECT_EQ(std::memcmp(&menu, &untouched, sizeof menu), 0) << "nothing is written";
     }
   }
   EXPECT_TRUE(engine().Alerts().empty()) << "the bundle has its strings table";
 }
 
-TEST_F(ExtensionTest, InvocationChecksComeBeforeTheDialog) {
+TEST_F(ExtensionTest, InvocationChecksComeBeforeTheDialogAndCancelChangesNothing) {
   uint32_t flags = 0;
-  ASSERT_EQ(direct_.init(nullptr, &flags), 1);
-  AddNote(1, 1, 2048, 0);
-  EREGION region = WholeDocument();
-  for (const Extension* x : {&direct_, &aliases_}) {
+  ASSERT_EQ(both_[0].init(nullptr, &flags), 1);
+  Add(1, 1, Note(2048, 0));
+  for (const Extension& x : both_) {
     engine().QueueDialogScript(SplitInto(2));
-    EXPECT_EQ(x->invoke(nullptr, 1, &region), 0) << "only menu item 0 exists";
-    EXPECT_EQ(x->invoke(nullptr, -1, &region), 0);
-    EXPECT_EQ(x->invoke(nullptr, 0, nullptr), 0) << "no selection";
+    EXPECT_EQ(x.invoke(nullptr, 1, &whole_), 0) << "only menu item 0 exists";
+    EXPECT_EQ(x.invoke(nullptr, -1, &whole_), 0);
+    EXPECT_EQ(x.invoke(nullptr, 0, nullptr), 0) << "no selection";
     EXPECT_TRUE(engine().DialogHistory().empty());
     EXPECT_EQ(engine().QueuedDialogScripts(), 1u);
     engine().ClearDialogScripts();
   }
-  EXPECT_EQ(engine().CallCount(HostCall::LoadTGF), 0);
-  EXPECT_EQ(Entries(1, 1).size(), 1u);
-}
-
-TEST_F(ExtensionTest, CancelledDialogChangesNothing) {
-  uint32_t flags = 0;
-  ASSERT_EQ(direct_.init(nullptr, &flags), 1);
-  AddNote(1, 1, 2048, 0);
-  EREGION region = WholeDocument();
   engine().QueueDialogScript(
       {DialogAction::Click(3), DialogAction::TypeText(14, "2"), DialogAction::Click(2)});
-
-  EXPECT_EQ(direct_.invoke(nullptr, 0, &region), 0);
-
+  EXPECT_EQ(both_[0].invoke(nullptr, 0, &whole_), 0);
   ASSERT_EQ(engine().DialogHistory().size(), 1u);
   EXPECT_EQ(engine().DialogHistory()[0].resource, 20256);
-  EXPECT_EQ(engine().CallCount(HostCall::LoadTGF), 0);
+  EXPECT_EQ(Calls(HostCall::LoadTGF), 0);
   EXPECT_EQ(Entries(1, 1).size(), 1u);
 }
 
-TEST_F(ExtensionTest, InvocationSplitsTheSelectionAsTheDialogSays) {
+TEST_F(ExtensionTest, InvocationSplitsTheSelectionAsTheDialogSaysAndWarnsOncePerRun) {
   uint32_t flags = 0;
-  ASSERT_EQ(direct_.init(nullptr, &flags), 1);
-  const uint32_t quarter = AddNote(1, 1, 1024, 0);
-  AddNote(2, 2, 2048, 1024);
-  EREGION region = WholeDocument();
+  ASSERT_EQ(both_[0].init(nullptr, &flags), 1);
+  const uint32_t quarter = Add(1, 1, Note(1024, 0));
+  Add(2, 2, Note(2048, 1024));
+  Add(1, 2, Note(1024, 0, -1, kEntryVoiceTwo));
+  Add(2, 1, Note(1024, 0, -1, kEntryVoiceTwo));
   engine().QueueDialogScript(SplitInto(3));
 
-  EXPECT_EQ(direct_.invoke(nullptr, 0, &region), 1);
+  EXPECT_EQ(both_[0].invoke(nullptr, 0, &whole_), 1);
 
   const auto e11 = Entries(1, 1);
   ASSERT_EQ(e11.size(), 3u);
   EXPECT_EQ(+e11[2].position, 682);
   EXPECT_EQ(e11[2].duration, 512);
-  ASSERT_TRUE(engine().document().Tuplet(quarter).has_value());
-  EXPECT_EQ(engine().document().Tuplet(quarter)->tupletNumber, 3);
+  ASSERT_TRUE(doc().Tuplet(quarter).has_value());
+  EXPECT_EQ(doc().Tuplet(quarter)->tupletNumber, 3);
   const auto e22 = Entries(2, 2);
   ASSERT_EQ(e22.size(), 3u);
   EXPECT_EQ(+e22[1].position, 1024 + 682);
-  EXPECT_EQ(engine().CallCount(HostCall::RebeamRegion), 1);
-  EXPECT_EQ(engine().LoadedFrames(), 0);
+  EXPECT_EQ(Calls(HostCall::RebeamRegion), 1);
+  EXPECT_EQ(VoiceTwoWarnings(), 1u);
 
-  // Target mode through the target palette: the eighth-note button (item 45) sets 512.
+  // Target mode through the target palette: the eighth-note button (item 45) sets 512, which
+  // splits a dotted quarter in three and leaves the 341 TDU triplet eighths alone.
+  Add(1, 1, Note(1536, 2048));
   engine().QueueDialogScript(
       {DialogAction::Click(3), DialogAction::Click(45), DialogAction::Click(1)});
-  EXPECT_EQ(aliases_.invoke(nullptr, 0, &region), 0) << "512 TDU parts of 341 TDU notes do not fit";
-  engine().ResetCallCounts();
-  AddNote(1, 2, 1536, 0);
-  engine().QueueDialogScript(
-      {DialogAction::Click(3), DialogAction::Click(45), DialogAction::Click(1)});
-  EXPECT_EQ(aliases_.invoke(nullptr, 0, &region), 1);
-  EXPECT_EQ(Entries(1, 2).size(), 3u);
-  EXPECT_EQ(Entries(1, 1).size(), 3u);
-}
-
-TEST_F(ExtensionTest, VoiceTwoWarningIsShownOncePerInvocation) {
-  uint32_t flags = 0;
-  ASSERT_EQ(direct_.init(nullptr, &flags), 1);
-  AddNote(1, 1, 1024, 0, kEntryVoiceTwo);
-  AddNote(2, 1, 1024, 0, kEntryVoiceTwo);
-  EREGION region = WholeDocument();
-  for (int run = 1; run <= 2; ++run) {
-    engine().QueueDialogScript(SplitInto(2));
-    EXPECT_EQ(direct_.invoke(nullptr, 0, &region), 0) << "nothing but voice 2 to split";
-    ASSERT_EQ(engine().Alerts().size(), size_t(run));
-    EXPECT_EQ(engine().Alerts().back().text, kVoiceTwoWarning);
-    EXPECT_EQ(engine().Alerts().back().kind, 0);
-  }
+  EXPECT_EQ(both_[1].invoke(nullptr, 0, &whole_), 1);
+  EXPECT_EQ(Entries(1, 1).size(), 6u);
+  EXPECT_EQ(Entries(2, 2).size(), 3u);
+  EXPECT_EQ(VoiceTwoWarnings(), 2u) << "every invocation may warn once";
 }
 
 TEST(ExtensionBeforeInitialisation, InvocationShowsNoDialog) {
   // A fresh image, as after the host's start, whose initialisation has not been called.
-  void* image = LoadAndStart(scribotest::FreshBundleCopy(BuiltBundle(), "uninitialised"));
-  const Extension x = Bind(image, false);
+  const Extension x =
+      Bind(LoadAndStart(scribotest::FreshBundleCopy(BuiltBundle(), "uninit")), false);
   Engine& engine = Engine::Instance();
   engine.Reset();
   engine.SetAlertEcho(false);
   engine.document().AddStaff();
   engine.document().AddMeasure();
-  EREGION region{};
-  region.startStaff = region.endStaff = region.startMeasure = region.endMeasure = 1;
-  region.endPosition = 0x7FFFFFFF;
+  EREGION region = Measures(1, 1, 1, 1);
   engine.QueueDialogScript({DialogAction::Click(1)});
 
   EXPECT_EQ(x.invoke(nullptr, 0, &region), 0);
@@ -293,3 +210,4 @@ TEST(ExtensionBeforeInitialisation, InvocationShowsNoDialog) {
 }
 
 } // namespace
+} // namespace subdivisiontest

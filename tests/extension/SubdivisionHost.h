@@ -1,12 +1,13 @@
-// A host for the subdivision pass: the reference engine linked in, and the test-only probe
-// bundle (the command without its dialog) loaded as a host loads a plug-in. Helpers build small
-// documents and read back what the pass stored.
+// A host for the subdivision pass: the reference engine linked in, and plug-in images (the
+// test-only probe, the command without its dialog, or the real bundle) loaded as a host loads
+// them. Helpers build small documents and read back what the pass stored.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
+#include <stdexcept>
 #include <vector>
 
 #include "Engine.h"
@@ -26,38 +27,21 @@ constexpr int32_t kNoUpperBound = 0x7FFFFFFF;
 constexpr char kVoiceTwoWarning[] =
     "The current selection contains some voice 2 entries.  These entries will not be changed.";
 
-struct SubdivisionProbe {
-  int (*run)(EREGION*, const tSubdivideParam*, short) = nullptr;     // arms the warning first
-  int (*proceed)(EREGION*, const tSubdivideParam*, short) = nullptr; // same invocation
-  const int32_t* loadedTGFCounter = nullptr;
-};
-
-// The probe, loaded and bound to the engine once per process.
-inline const SubdivisionProbe& Probe() {
-  static const SubdivisionProbe probe = [] {
-    void* image = scribotest::LoadBundle(SUBDIVISION_PROBE_BUNDLE);
-    int context = 0;
-    auto bundleMain = scribotest::Symbol<int (*)(int, void*)>(image, "main");
-    if (!bundleMain || bundleMain(1, &context) != 1)
-      throw std::runtime_error("the probe bundle could not bind to the engine");
-    SubdivisionProbe p;
-    p.run = scribotest::Symbol<decltype(p.run)>(image, "ProbeRunSubdivision");
-    p.proceed = scribotest::Symbol<decltype(p.proceed)>(image, "ProbeContinueSubdivision");
-    p.loadedTGFCounter = scribotest::Symbol<const int32_t*>(image, "LoadedTGFCounter");
-    if (!p.run || !p.proceed || !p.loadedTGFCounter)
-      throw std::runtime_error("the probe bundle lacks its exports");
-    return p;
-  }();
-  return probe;
+// Loads an image of a bundle and calls its `main` as the host does after loading.
+inline void* LoadAndStart(const std::filesystem::path& bundle) {
+  void* image = scribotest::LoadBundle(bundle);
+  int context = 0;
+  auto bundleMain = scribotest::Symbol<int (*)(int, void*)>(image, "main");
+  if (!bundleMain || bundleMain(1, &context) != 1)
+    throw std::runtime_error("the bundle could not bind to the engine: " + bundle.string());
+  return image;
 }
 
-inline tSubdivideParam Divisions(int16_t parts, int32_t minDuration = 1,
-                                 int32_t maxDuration = kNoUpperBound) {
-  return {minDuration, maxDuration, 1024, parts, 0, 1};
+inline tSubdivideParam Divisions(int16_t parts) {
+  return {1, kNoUpperBound, 1024, parts, 0, 1};
 }
-inline tSubdivideParam Target(int32_t target, int32_t minDuration = 1,
-                              int32_t maxDuration = kNoUpperBound) {
-  return {minDuration, maxDuration, target, 0, 0, 0};
+inline tSubdivideParam Target(int32_t target) {
+  return {1, kNoUpperBound, target, 0, 0, 0};
 }
 
 inline EREGION Region(int16_t startStaff, int16_t startMeasure, int32_t startPosition,
@@ -100,26 +84,18 @@ inline bool SameBytes(const EXENTRY& a, const EXENTRY& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// Each test starts from an empty document with `staves` x `measures`, four layers, all shown.
-class SubdivisionTest : public ::testing::Test {
+// Each test starts from an empty document, four layers, all shown, alerts logged but not echoed.
+class EngineTest : public ::testing::Test {
 protected:
-  void SetUp() override {
-    Probe();
-    Restart();
-  }
-  void TearDown() override {
-    EXPECT_EQ(engine().LoadedFrames(), 0) << "a frame was left loaded";
-    EXPECT_EQ(*Probe().loadedTGFCounter, 0);
-  }
+  void SetUp() override { Restart(); }
+  void TearDown() override { EXPECT_EQ(engine().LoadedFrames(), 0) << "a frame was left loaded"; }
 
   static Engine& engine() { return Engine::Instance(); }
-  // An empty document, counters at 0, alerts logged but not echoed.
+  static Document& doc() { return Engine::Instance().document(); }
   static void Restart() {
     engine().Reset();
     engine().SetAlertEcho(false);
   }
-  static Document& doc() { return Engine::Instance().document(); }
-
   static void Build(int staves, int measures) {
     for (int s = 0; s < staves; ++s)
       doc().AddStaff();
@@ -134,20 +110,54 @@ protected:
   static std::vector<EXENTRY> Entries(int16_t staff, int16_t measure, int16_t layer = 0) {
     return doc().Entries(FrameAddress{staff, measure, layer});
   }
-  static int Run(EREGION region, const tSubdivideParam& param, short layers = 4) {
-    return Probe().run(&region, &param, layers);
-  }
   static long Calls(HostCall call) { return engine().CallCount(call); }
   static size_t VoiceTwoWarnings() {
-    size_t count = 0;
     for (const auto& alert : engine().Alerts()) {
       EXPECT_EQ(alert.text, kVoiceTwoWarning);
       EXPECT_EQ(alert.kind, 0);
       EXPECT_EQ(alert.identifier, 0);
-      ++count;
     }
-    return count;
+    return engine().Alerts().size();
   }
 };
+
+#ifdef SUBDIVISION_PROBE_BUNDLE
+// The probe image: the pass as an invocation runs it after the dialog (`run` arms the voice-2
+// warning first, `proceed` continues the same invocation), bound to the engine once per process.
+struct SubdivisionProbe {
+  int (*run)(EREGION*, const tSubdivideParam*, short) = nullptr;
+  int (*proceed)(EREGION*, const tSubdivideParam*, short) = nullptr;
+  const int32_t* loadedTGFCounter = nullptr;
+};
+
+inline const SubdivisionProbe& Probe() {
+  static const SubdivisionProbe probe = [] {
+    void* image = LoadAndStart(SUBDIVISION_PROBE_BUNDLE);
+    SubdivisionProbe p;
+    p.run = scribotest::Symbol<decltype(p.run)>(image, "ProbeRunSubdivision");
+    p.proceed = scribotest::Symbol<decltype(p.proceed)>(image, "ProbeContinueSubdivision");
+    p.loadedTGFCounter = scribotest::Symbol<const int32_t*>(image, "LoadedTGFCounter");
+    if (!p.run || !p.proceed || !p.loadedTGFCounter)
+      throw std::runtime_error("the probe bundle lacks its exports");
+    return p;
+  }();
+  return probe;
+}
+
+class SubdivisionTest : public EngineTest {
+protected:
+  void SetUp() override {
+    Probe();
+    EngineTest::SetUp();
+  }
+  void TearDown() override {
+    EngineTest::TearDown();
+    EXPECT_EQ(*Probe().loadedTGFCounter, 0);
+  }
+  static int Run(EREGION region, const tSubdivideParam& param, short layers = 4) {
+    return Probe().run(&region, &param, layers);
+  }
+};
+#endif
 
 } // namespace subdivisiontest
