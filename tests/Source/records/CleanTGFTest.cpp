@@ -16,9 +16,12 @@ void Clean(std::vector<EXENTRY>& entries) {
   CleanTGF(&frame);
 }
 
-bool NoteIsZero(const EXENTRY& entry, int j) {
+bool NotesAreZeroFrom(const EXENTRY& entry, int first) {
   static const EXNOTE kZero{};
-  return std::memcmp(&entry.notes[j], &kZero, sizeof kZero) == 0;
+  for (int j = first; j < kMaxNotesPerEntry; ++j)
+    if (std::memcmp(&entry.notes[j], &kZero, sizeof kZero) != 0)
+      return false;
+  return true;
 }
 
 TEST(CleanTGF, RenumbersMissingAndTwinIdentifiers) {
@@ -32,34 +35,34 @@ TEST(CleanTGF, RenumbersMissingAndTwinIdentifiers) {
   EXPECT_EQ(NoteIDs(entries[4]), (std::vector<int16_t>{8, 3, 9, 7}));
 
   // Bits 16..20 repeat the identifier's low five bits; every other bit stays.
-  EXPECT_EQ(NoteFlags(entries[3], 0), 0x8E050000u);
-  EXPECT_EQ(NoteFlags(entries[2], 0), 0x001C0000u); // -4 is ...11100
-  EXPECT_EQ(NoteFlags(entries[1], 0), 0x00060000u);
-  EXPECT_EQ(EntryFlags(entries[0]), kEntryIsNote);
+  EXPECT_EQ(uint32_t{entries[3].notes[0].noteFlags}, 0x8E050000u);
+  EXPECT_EQ(uint32_t{entries[2].notes[0].noteFlags}, 0x001C0000u); // -4 is ...11100
+  EXPECT_EQ(uint32_t{entries[1].notes[0].noteFlags}, 0x00060000u);
+  EXPECT_EQ(uint32_t{entries[0].flags}, kEntryIsNote);
 }
 
 TEST(CleanTGF, ClearsUnusedNoteRecordsButKeepsAFullEntry) {
   EXENTRY three = NoteEntry({1, 2, 3});
   EXENTRY twelve = NoteEntry({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
-  for (int j = 3; j < kMaxNotesPerEntry; ++j) {
-    three.notes[j].noteID = 99;
-    three.notes[j].noteFlags = 0xFFFFFFFF;
-    three.notes[j].hostData[0] = 0x55;
-  }
-  for (int j = 0; j < kMaxNotesPerEntry; ++j)
+  for (int j = 0; j < kMaxNotesPerEntry; ++j) {
     twelve.notes[j].hostData[3] = static_cast<uint8_t>(j + 1);
+    three.notes[j].hostData[0] = 0x55;
+    if (j >= 3) {
+      three.notes[j].noteID = 99;
+      three.notes[j].noteFlags = 0xFFFFFFFF;
+    }
+  }
   std::vector<EXENTRY> entries = {three, twelve};
   Clean(entries);
 
-  EXPECT_EQ(NoteCount(entries[0]), 3);
-  for (int j = 3; j < kMaxNotesPerEntry; ++j)
-    EXPECT_TRUE(NoteIsZero(entries[0], j)) << "note " << j;
-  EXPECT_EQ(NoteCount(entries[1]), 12);
+  EXPECT_EQ(int{entries[0].noteCount}, 3);
+  EXPECT_EQ(entries[0].notes[2].hostData[0], 0x55);
+  EXPECT_TRUE(NotesAreZeroFrom(entries[0], 3));
+  EXPECT_EQ(int{entries[1].noteCount}, 12);
   for (int j = 0; j < kMaxNotesPerEntry; ++j) {
     EXPECT_EQ(entries[1].notes[j].hostData[3], j + 1) << "note " << j;
-    EXPECT_EQ(NoteFlags(entries[1], j), static_cast<uint32_t>(j + 1) << 16);
+    EXPECT_EQ(uint32_t{entries[1].notes[j].noteFlags}, static_cast<uint32_t>(j + 1) << 16);
   }
-  EXPECT_EQ(NoteIDs(entries[1]).back(), 12);
 }
 
 TEST(CleanTGF, GivesARestOnePlaceholderNote) {
@@ -70,30 +73,27 @@ TEST(CleanTGF, GivesARestOnePlaceholderNote) {
   std::vector<EXENTRY> entries = {rest};
   Clean(entries);
 
-  EXPECT_EQ(NoteCount(entries[0]), 1);
-  EXPECT_EQ(EntryFlags(entries[0]), kEntryVoiceTwo | kEntryRestPlaceholder);
+  EXPECT_EQ(int{entries[0].noteCount}, 1);
+  EXPECT_EQ(uint32_t{entries[0].flags}, kEntryVoiceTwo | kEntryRestPlaceholder);
   EXPECT_EQ(int{entries[0].notes[0].noteID}, 0);
-  EXPECT_EQ(NoteFlags(entries[0], 0), 0x80000000u);
+  EXPECT_EQ(uint32_t{entries[0].notes[0].noteFlags}, 0x80000000u);
   EXPECT_EQ(std::memcmp(entries[0].notes[0].hostData, "\0\0\0\0", 4), 0);
-  for (int j = 1; j < kMaxNotesPerEntry; ++j)
-    EXPECT_TRUE(NoteIsZero(entries[0], j)) << "note " << j;
+  EXPECT_TRUE(NotesAreZeroFrom(entries[0], 1));
 
   // The next clean-up numbers the placeholder like any note and adds nothing.
   Clean(entries);
-  EXPECT_EQ(NoteCount(entries[0]), 1);
   EXPECT_EQ(NoteIDs(entries[0]), (std::vector<int16_t>{1}));
-  EXPECT_EQ(NoteFlags(entries[0], 0), 0x80010000u);
-  EXPECT_EQ(EntryFlags(entries[0]), kEntryVoiceTwo | kEntryRestPlaceholder);
+  EXPECT_EQ(uint32_t{entries[0].notes[0].noteFlags}, 0x80010000u);
+  EXPECT_EQ(uint32_t{entries[0].flags}, kEntryVoiceTwo | kEntryRestPlaceholder);
 
   // Without the placeholder rule a rest keeps no notes, but its records are still cleared.
   CanAddNoteRecordToRests = false;
   std::vector<EXENTRY> bare = {rest};
   Clean(bare);
   CanAddNoteRecordToRests = true;
-  EXPECT_EQ(NoteCount(bare[0]), 0);
-  EXPECT_EQ(EntryFlags(bare[0]), kEntryVoiceTwo);
-  EXPECT_TRUE(NoteIsZero(bare[0], 0));
-  EXPECT_TRUE(NoteIsZero(bare[0], 5));
+  EXPECT_EQ(int{bare[0].noteCount}, 0);
+  EXPECT_EQ(uint32_t{bare[0].flags}, kEntryVoiceTwo);
+  EXPECT_TRUE(NotesAreZeroFrom(bare[0], 0));
 }
 
 TEST(CleanTGF, TouchesNothingButNotesCountAndPlaceholderBit) {
@@ -106,22 +106,21 @@ TEST(CleanTGF, TouchesNothingButNotesCountAndPlaceholderBit) {
   entry.hostTrailer[0] = 0x77;
   std::vector<EXENTRY> entries = {entry};
   Clean(entries);
-  EXPECT_EQ(std::memcmp(&entries[0], &entry, offsetof(EXENTRY, noteCount)), 0);
-  EXPECT_EQ(std::memcmp(reinterpret_cast<const char*>(&entries[0]) + offsetof(EXENTRY, position),
-                        reinterpret_cast<const char*>(&entry) + offsetof(EXENTRY, position),
-                        sizeof(EXENTRY) - offsetof(EXENTRY, position)),
-            0);
+  const auto* before = reinterpret_cast<const char*>(&entry);
+  const auto* after = reinterpret_cast<const char*>(entries.data());
+  EXPECT_EQ(std::memcmp(after, before, offsetof(EXENTRY, noteCount)), 0);
+  const size_t tail = offsetof(EXENTRY, position);
+  EXPECT_EQ(std::memcmp(after + tail, before + tail, sizeof(EXENTRY) - tail), 0);
 
   // A frame that says it has no entries is not read at all.
   EXENTRY rest = RestEntry();
   EXTGF2005a empty{};
   empty.entries = &rest;
-  empty.entryCount = 0;
-  CleanTGF(&empty);
-  EXPECT_EQ(NoteCount(rest), 0);
-  empty.entryCount = -1;
-  CleanTGF(&empty);
-  EXPECT_EQ(NoteCount(rest), 0);
+  for (int16_t count : {0, -1}) {
+    empty.entryCount = count;
+    CleanTGF(&empty);
+    EXPECT_EQ(int{rest.noteCount}, 0);
+  }
   CleanTGF(nullptr);
 }
 

@@ -7,8 +7,10 @@
 
 namespace {
 
-// (accepted, other tag, count, first), starting from outputs full of other values.
-std::tuple<bool, uint32_t, int, int> Map(const char (&tag)[5], int16_t number) {
+using Mapping = std::tuple<bool, uint32_t, int, int>; // accepted, other tag, count, first
+
+// Starts from outputs full of other values, so that every one of them must be written.
+Mapping Map(const char (&tag)[5], int16_t number) {
   uint32_t otherTag = 0xFFFFFFFF;
   int16_t count = -7;
   int16_t first = -7;
@@ -16,20 +18,18 @@ std::tuple<bool, uint32_t, int, int> Map(const char (&tag)[5], int16_t number) {
   return {accepted, otherTag, count, first};
 }
 
-std::tuple<bool, uint32_t, int, int> OtherRun(const char (&otherTag)[5], int count, int first) {
+Mapping OtherRun(const char (&otherTag)[5], int count, int first) {
   return {true, FourCharTag(otherTag), count, first};
 }
 
-constexpr std::tuple<bool, uint32_t, int, int> kRefused{false, 0, 0, 0};
-constexpr std::tuple<bool, uint32_t, int, int> kNotMapped{true, 0, 0, 0};
+constexpr Mapping kRefused{false, 0, 0, 0};
+constexpr Mapping kNotMapped{true, 0, 0, 0};
 
 TEST(MapPrefTag, NumberedRunsAcceptOnlyTheirRange) {
   EXPECT_EQ(Map("pfSN", 1), OtherRun("ot40", 1, 0));
   EXPECT_EQ(Map("pfSN", 128), OtherRun("ot40", 1, 127));
-  EXPECT_EQ(Map("pfSN", 129), kRefused);
-  EXPECT_EQ(Map("pfSN", 0), kRefused);
-  EXPECT_EQ(Map("pfSN", -1), kRefused);
-  EXPECT_EQ(Map("pfSN", -32768), kRefused);
+  for (int16_t outside : {129, 0, -1, -32768})
+    EXPECT_EQ(Map("pfSN", outside), kRefused) << outside;
   EXPECT_EQ(Map("pfGb", 4), OtherRun("ot98", 1, 3));
   EXPECT_EQ(Map("pfGb", 5), kRefused);
   EXPECT_EQ(Map("pfSl", 15), OtherRun("ot26", 1, 14));
@@ -42,33 +42,24 @@ TEST(MapPrefTag, NumberedRunsAcceptOnlyTheirRange) {
   EXPECT_EQ(Map("pfPF", 0), kRefused);
 }
 
-TEST(MapPrefTag, FixedRunsAcceptAnyNumber) {
-  for (int16_t number : {int16_t{0}, int16_t{1}, int16_t{129}, int16_t{-5}}) {
-    SCOPED_TRACE(number);
-    EXPECT_EQ(Map("pfGD", number), OtherRun("ot79", 1, 0));
-    EXPECT_EQ(Map("pfGG", number), OtherRun("ot88", 11, 0));
-    EXPECT_EQ(Map("pfGd", number), OtherRun("ot80", 1, 0));
-    EXPECT_EQ(Map("pfMM", number), OtherRun("ot25", 2, 0));
-    EXPECT_EQ(Map("pfND", number), OtherRun("ot04", 1, 0));
-    EXPECT_EQ(Map("pfNd", number), OtherRun("ot66", 1, 0));
-    EXPECT_EQ(Map("pfSC", number), OtherRun("ot52", 2, 0));
-    EXPECT_EQ(Map("pfSP", number), OtherRun("ot94", 3, 0));
-    EXPECT_EQ(Map("pfTC", number), OtherRun("ot86", 5, 0));
-    EXPECT_EQ(Map("pfTI", number), OtherRun("ot84", 4, 0));
-    EXPECT_EQ(Map("pfTX", number), OtherRun("ot78", 9, 0));
-    EXPECT_EQ(Map("pfTp", number), OtherRun("ot85", 4, 0));
+TEST(MapPrefTag, FixedRunsAcceptAnyNumberAndOtherTagsAreNotMapped) {
+  struct {
+    const char tag[5];
+    const char otherTag[5];
+    int count;
+  } const kFixed[] = {{"pfGD", "ot79", 1}, {"pfGG", "ot88", 11}, {"pfGd", "ot80", 1},
+                      {"pfMM", "ot25", 2}, {"pfND", "ot04", 1},  {"pfNd", "ot66", 1},
+                      {"pfSC", "ot52", 2}, {"pfSP", "ot94", 3},  {"pfTC", "ot86", 5},
+                      {"pfTI", "ot84", 4}, {"pfTX", "ot78", 9},  {"pfTp", "ot85", 4}};
+  // These differ from mapped tags by case only, or belong to tables or other records.
+  const char kUnmapped[][5] = {"pfTP", "pfgp", "pfDP", "pfss", "ot40", "PFSN"};
+  for (int16_t number : {0, 1, 129, -5}) {
+    for (const auto& fixed : kFixed)
+      EXPECT_EQ(Map(fixed.tag, number), OtherRun(fixed.otherTag, fixed.count, 0))
+          << fixed.tag << number;
+    for (const auto& tag : kUnmapped)
+      EXPECT_EQ(Map(tag, number), kNotMapped) << tag << number;
   }
-}
-
-TEST(MapPrefTag, OtherTagsAreNotMapped) {
-  // Tags differ from mapped ones by case only, or belong to tables or other records.
-  const char tags[][5] = {"pfTP", "pfgp", "pfDP", "pfss", "ot40", "PFSN"};
-  for (const auto& tag : tags) {
-    EXPECT_EQ(Map(tag, 1), kNotMapped) << tag;
-    EXPECT_EQ(Map(tag, 200), kNotMapped) << tag;
-  }
-  EXPECT_EQ(Map("pfTP", 0), kNotMapped);
-  EXPECT_EQ(Map("pfTP", -3), kNotMapped);
 }
 
 } // namespace

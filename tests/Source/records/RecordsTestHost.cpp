@@ -1,7 +1,6 @@
-// A host engine for the record tests: keeps records and frames in memory, logs every record
-// call and counts every call. Exports the host functions with their wire signatures (16-bit
-// arguments arrive widened to 32 bits, 16-bit results leave as int) and the control functions
-// of TestHostControl.h.
+// A host engine for the record tests: keeps records and frames in memory and logs every call.
+// Exports the host functions with their wire signatures (16-bit arguments arrive widened to 32
+// bits, 16-bit results leave as int) and the control functions of TestHostControl.h.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -21,13 +20,10 @@ using RecordKey = std::tuple<uint32_t, uint16_t, uint16_t>;
 struct HostState {
   std::map<RecordKey, std::vector<unsigned char>> records;
   std::map<uint32_t, uint32_t> failingLoads; // tag -> bytes scribbled before failing
-  std::map<std::string, int> calls;
   std::vector<TestHostCall> log;
   std::vector<EXENTRY> frameTemplate;
   bool framesFail = false;
   std::map<std::string, std::vector<EXENTRY>> seenEntries;
-  int liveFrames = 0;
-  int endEditResult = 1;
 };
 
 HostState& State() {
@@ -35,41 +31,36 @@ HostState& State() {
   return state;
 }
 
-// The host's frame: the shared head, then data of the host's own.
-struct HostFrame {
-  EXTGF2005a head;
-  unsigned char hostTail[32];
-};
-
 bool IsOtherTag(uint32_t tag) {
   return (tag >> 16) == 0x6F74;
 }
 
+RecordKey KeyOf(uint32_t tag, uint16_t key0, uint16_t key1) {
+  return {tag, key0, IsOtherTag(tag) ? key1 : uint16_t{0}};
+}
+
+// Only "ot" tags have a second key; other key lists may hold just one.
 RecordKey KeyOf(uint32_t tag, const unsigned short* keys) {
   if (!keys)
     return {tag, 0xFFFF, 0};
-  return {tag, keys[0], IsOtherTag(tag) ? keys[1] : 0};
+  return KeyOf(tag, keys[0], IsOtherTag(tag) ? keys[1] : uint16_t{0});
 }
 
-void Log(const char* function, uint32_t tag, const unsigned short* keys, uint32_t size,
-         uint32_t version, const void* buffer) {
-  State().calls[function]++;
+void Log(const char* function, uint32_t tag = 0, const unsigned short* keys = nullptr,
+         uint32_t size = 0, uint32_t version = 0) {
   TestHostCall call{};
   std::strncpy(call.function, function, sizeof call.function - 1);
-  RecordKey key = KeyOf(tag, keys);
-  call.tag = tag;
-  call.key0 = std::get<1>(key);
-  call.key1 = std::get<2>(key);
+  std::tie(call.tag, call.key0, call.key1) = KeyOf(tag, keys);
   call.size = size;
   call.version = version;
-  call.bufferIsNull = buffer == nullptr;
   State().log.push_back(call);
 }
 
-void SeeEntries(const char* function, const EXTGF2005a* frame) {
-  State().calls[function]++;
+std::vector<EXENTRY> SeeEntries(const char* function, const EXTGF2005a* frame) {
+  Log(function);
   std::vector<EXENTRY>& seen = State().seenEntries[function];
   seen.assign(frame->entries, frame->entries + frame->entryCount);
+  return seen;
 }
 
 // Replaces the frame's array by a fresh one, so that callers must re-read `entries`.
@@ -92,12 +83,12 @@ HOST_EXPORT void TestHost_Reset() {
 HOST_EXPORT void TestHost_PutRecord(uint32_t tag, uint16_t key0, uint16_t key1, const void* data,
                                     uint32_t size) {
   const auto* bytes = static_cast<const unsigned char*>(data);
-  State().records[{tag, key0, IsOtherTag(tag) ? key1 : uint16_t{0}}].assign(bytes, bytes + size);
+  State().records[KeyOf(tag, key0, key1)].assign(bytes, bytes + size);
 }
 
 HOST_EXPORT int TestHost_GetRecord(uint32_t tag, uint16_t key0, uint16_t key1, void* out,
                                    uint32_t capacity) {
-  auto found = State().records.find({tag, key0, IsOtherTag(tag) ? key1 : uint16_t{0}});
+  auto found = State().records.find(KeyOf(tag, key0, key1));
   if (found == State().records.end())
     return -1;
   std::memcpy(out, found->second.data(), std::min<size_t>(capacity, found->second.size()));
@@ -108,20 +99,10 @@ HOST_EXPORT void TestHost_FailLoads(uint32_t tag, uint32_t scribbleBytes) {
   State().failingLoads[tag] = scribbleBytes;
 }
 
-HOST_EXPORT int TestHost_Calls(const char* function) {
-  auto found = State().calls.find(function);
-  return found == State().calls.end() ? 0 : found->second;
-}
-
-HOST_EXPORT int TestHost_LogSize() {
-  return static_cast<int>(State().log.size());
-}
-
-HOST_EXPORT int TestHost_LogEntry(int index, TestHostCall* out) {
-  if (index < 0 || index >= static_cast<int>(State().log.size()))
-    return 0;
-  *out = State().log[index];
-  return 1;
+HOST_EXPORT int TestHost_Log(TestHostCall* out, int capacity) {
+  const std::vector<TestHostCall>& log = State().log;
+  std::copy_n(log.begin(), std::min<size_t>(std::max(capacity, 0), log.size()), out);
+  return static_cast<int>(log.size());
 }
 
 HOST_EXPORT void TestHost_SetFrame(const EXENTRY* entries, int count) {
@@ -131,24 +112,15 @@ HOST_EXPORT void TestHost_SetFrame(const EXENTRY* entries, int count) {
 
 HOST_EXPORT int TestHost_SeenEntries(const char* function, EXENTRY* out, int capacity) {
   const std::vector<EXENTRY>& seen = State().seenEntries[function];
-  for (int i = 0; i < capacity && i < static_cast<int>(seen.size()); ++i)
-    out[i] = seen[i];
+  std::copy_n(seen.begin(), std::min<size_t>(std::max(capacity, 0), seen.size()), out);
   return static_cast<int>(seen.size());
-}
-
-HOST_EXPORT int TestHost_LiveFrames() {
-  return State().liveFrames;
-}
-
-HOST_EXPORT void TestHost_SetEndEditResult(int result) {
-  State().endEditResult = result;
 }
 
 // Records.
 
 HOST_EXPORT int SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* size,
                              uint32_t version) {
-  Log("SX_LoadEData", tag, keys, size ? *size : 0, version, buffer);
+  Log("SX_LoadEData", tag, keys, size ? *size : 0, version);
   if (!size)
     return 0;
   auto failing = State().failingLoads.find(tag);
@@ -172,7 +144,7 @@ HOST_EXPORT int SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, u
 
 HOST_EXPORT int SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t size,
                              uint32_t version) {
-  Log("SX_SaveEData", tag, keys, size, version, buffer);
+  Log("SX_SaveEData", tag, keys, size, version);
   auto found = State().records.find(KeyOf(tag, keys));
   if (found == State().records.end() || !buffer)
     return 0;
@@ -181,48 +153,28 @@ HOST_EXPORT int SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, u
   return 1;
 }
 
-HOST_EXPORT int SX_CreateEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t size,
-                               uint32_t version) {
-  Log("SX_CreateEData", tag, keys, size, version, buffer);
-  RecordKey key = KeyOf(tag, keys);
-  if (!buffer || State().records.count(key))
-    return 0;
-  const auto* bytes = static_cast<const unsigned char*>(buffer);
-  State().records[key].assign(bytes, bytes + size);
-  return 1;
-}
-
-HOST_EXPORT int SX_DeleteEData(uint32_t tag, unsigned short* keys, uint32_t version) {
-  Log("SX_DeleteEData", tag, keys, 0, version, nullptr);
-  return State().records.erase(KeyOf(tag, keys)) ? 1 : 0;
-}
-
 // Frames.
 
-HOST_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t source, int staff, int measure, int layer, int option,
-                                   uint32_t version) {
-  State().calls["SX_LoadTGF"]++;
+HOST_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t, int, int, int, int, uint32_t) {
+  Log("SX_LoadTGF");
   if (State().framesFail)
     return nullptr;
-  auto* frame = new HostFrame{};
-  Reallocate(&frame->head, State().frameTemplate);
-  ++State().liveFrames;
-  return &frame->head;
+  auto* frame = new EXTGF2005a{};
+  Reallocate(frame, State().frameTemplate);
+  return frame;
 }
 
-HOST_EXPORT int SX_FreeTGF(EXTGF2005a* frame, uint32_t version) {
-  State().calls["SX_FreeTGF"]++;
+HOST_EXPORT int SX_FreeTGF(EXTGF2005a* frame, uint32_t) {
+  Log("SX_FreeTGF");
   if (!frame)
     return 0;
   std::free(frame->entries);
-  delete reinterpret_cast<HostFrame*>(frame);
-  --State().liveFrames;
+  delete frame;
   return 1;
 }
 
-HOST_EXPORT int SX_InsertEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t version) {
-  SeeEntries("SX_InsertEXENTRY", frame);
-  std::vector<EXENTRY> entries(frame->entries, frame->entries + frame->entryCount);
+HOST_EXPORT int SX_InsertEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t) {
+  std::vector<EXENTRY> entries = SeeEntries("SX_InsertEXENTRY", frame);
   if (index < 0 || index > static_cast<int>(entries.size()) || count < 1)
     return 0;
   entries.insert(entries.begin() + index, static_cast<size_t>(count), EXENTRY{});
@@ -230,9 +182,8 @@ HOST_EXPORT int SX_InsertEXENTRY(EXTGF2005a* frame, int index, int count, uint32
   return 1;
 }
 
-HOST_EXPORT int SX_DeleteEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t version) {
-  SeeEntries("SX_DeleteEXENTRY", frame);
-  std::vector<EXENTRY> entries(frame->entries, frame->entries + frame->entryCount);
+HOST_EXPORT int SX_DeleteEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t) {
+  std::vector<EXENTRY> entries = SeeEntries("SX_DeleteEXENTRY", frame);
   if (index < 0 || count < 1 || index + count > static_cast<int>(entries.size()))
     return 0;
   entries.erase(entries.begin() + index, entries.begin() + index + count);
@@ -240,42 +191,43 @@ HOST_EXPORT int SX_DeleteEXENTRY(EXTGF2005a* frame, int index, int count, uint32
   return 1;
 }
 
-HOST_EXPORT int SX_SaveTGF(EXTGF2005a* frame, uint32_t version) {
+HOST_EXPORT int SX_SaveTGF(EXTGF2005a* frame, uint32_t) {
   SeeEntries("SX_SaveTGF", frame);
   return 1;
 }
 
-HOST_EXPORT void SX_ReduceEntries(EXTGF2005a* frame, uint32_t version) {
+HOST_EXPORT void SX_ReduceEntries(EXTGF2005a* frame, uint32_t) {
   SeeEntries("SX_ReduceEntries", frame);
 }
 
 // Edits and mass edits.
 
-HOST_EXPORT intptr_t SX_StartScriboEdit(const char* text, uint32_t version) {
-  State().calls["SX_StartScriboEdit"]++;
+HOST_EXPORT intptr_t SX_StartScriboEdit(const char*, uint32_t) {
+  Log("SX_StartScriboEdit");
   return 0x5EED;
 }
 
-HOST_EXPORT intptr_t SX_StartScriboEdit_UTF16(const unsigned short* text, uint32_t version) {
-  State().calls["SX_StartScriboEdit_UTF16"]++;
+HOST_EXPORT intptr_t SX_StartScriboEdit_UTF16(const unsigned short*, uint32_t) {
+  Log("SX_StartScriboEdit_UTF16");
   return 0x5EEE;
 }
 
-HOST_EXPORT int SX_EndScriboEdit(uint32_t version) {
-  State().calls["SX_EndScriboEdit"]++;
-  return State().endEditResult;
+// Not the wrappers' fallback or "nothing open" answer, so a test sees who answered.
+HOST_EXPORT int SX_EndScriboEdit(uint32_t) {
+  Log("SX_EndScriboEdit");
+  return 7;
 }
 
-HOST_EXPORT void SX_CancelScriboEdit(uint32_t version) {
-  State().calls["SX_CancelScriboEdit"]++;
+HOST_EXPORT void SX_CancelScriboEdit(uint32_t) {
+  Log("SX_CancelScriboEdit");
 }
 
-HOST_EXPORT void* SX_StartMassEdit(void* unused, uint32_t jobSize, uint32_t version) {
+HOST_EXPORT void* SX_StartMassEdit(void*, uint32_t, uint32_t) {
   static int sMassEdit;
-  State().calls["SX_StartMassEdit"]++;
+  Log("SX_StartMassEdit");
   return &sMassEdit;
 }
 
-HOST_EXPORT void SX_EndMassEdit(void* massEdit, int status, uint32_t version) {
-  State().calls["SX_EndMassEdit"]++;
+HOST_EXPORT void SX_EndMassEdit(void*, int, uint32_t) {
+  Log("SX_EndMassEdit");
 }

@@ -20,13 +20,9 @@ struct TestHost {
   TestHostPutRecordFn PutRecord;
   TestHostGetRecordFn GetRecord;
   TestHostFailLoadsFn FailLoads;
-  TestHostCallsFn Calls;
-  TestHostLogSizeFn LogSize;
-  TestHostLogEntryFn LogEntry;
+  TestHostLogFn CopyLog;
   TestHostSetFrameFn SetFrame;
-  TestHostSeenEntriesFn SeenEntries;
-  TestHostLiveFramesFn LiveFrames;
-  TestHostSetEndEditResultFn SetEndEditResult;
+  TestHostSeenEntriesFn CopySeenEntries;
 
   // The bound host, reset to empty.
   static TestHost& Fresh() {
@@ -35,31 +31,37 @@ struct TestHost {
     return host;
   }
 
-  std::vector<TestHostCall> Log() const {
-    std::vector<TestHostCall> calls(LogSize());
-    for (int i = 0; i < static_cast<int>(calls.size()); ++i)
-      LogEntry(i, &calls[i]);
+  // The calls since the last reset, or only those of `function`, in order.
+  std::vector<TestHostCall> Log(const char* function = nullptr) const {
+    std::vector<TestHostCall> calls(CopyLog(nullptr, 0));
+    CopyLog(calls.data(), static_cast<int>(calls.size()));
+    if (function)
+      std::erase_if(calls,
+                    [&](const TestHostCall& c) { return std::strcmp(c.function, function); });
     return calls;
   }
+  int Calls(const char* function) const { return static_cast<int>(Log(function).size()); }
 
-  // The record calls made to `function`, in order.
-  std::vector<TestHostCall> LogOf(const char* function) const {
-    std::vector<TestHostCall> calls;
-    for (const TestHostCall& call : Log())
-      if (std::strcmp(call.function, function) == 0)
-        calls.push_back(call);
-    return calls;
+  std::vector<EXENTRY> SeenEntries(const char* function) const {
+    std::vector<EXENTRY> entries(CopySeenEntries(function, nullptr, 0));
+    CopySeenEntries(function, entries.data(), static_cast<int>(entries.size()));
+    return entries;
   }
 
-  void PutOther(const char (&tag)[5], uint16_t owner, uint16_t index,
-                std::array<uint16_t, 6> words) {
-    PutRecord(FourCharTag(tag), owner, index, words.data(), sizeof words);
+  // Other records of the document owner.
+  void PutOther(const char (&tag)[5], uint16_t index, std::array<uint16_t, 6> words) {
+    PutRecord(FourCharTag(tag), kOtherRecordDocumentOwner, index, words.data(), sizeof words);
   }
-
-  std::array<uint16_t, 6> Other(const char (&tag)[5], uint16_t owner, uint16_t index) const {
+  std::array<uint16_t, 6> Other(const char (&tag)[5], uint16_t index = 0,
+                                uint16_t owner = kOtherRecordDocumentOwner) const {
     std::array<uint16_t, 6> words{};
     EXPECT_EQ(GetRecord(FourCharTag(tag), owner, index, words.data(), sizeof words), 12) << tag;
     return words;
+  }
+  void SetWord(const char (&tag)[5], int word, uint16_t value) {
+    std::array<uint16_t, 6> words = Other(tag);
+    words[word] = value;
+    PutOther(tag, 0, words);
   }
 
 private:
@@ -68,24 +70,19 @@ private:
     if (InitializeGlobals() != 0 || !gScriboBundle)
       throw std::runtime_error("the SDK did not bind to the test host");
     TestHost host;
-    host.Reset = Resolve<TestHostResetFn>(image, "TestHost_Reset");
-    host.PutRecord = Resolve<TestHostPutRecordFn>(image, "TestHost_PutRecord");
-    host.GetRecord = Resolve<TestHostGetRecordFn>(image, "TestHost_GetRecord");
-    host.FailLoads = Resolve<TestHostFailLoadsFn>(image, "TestHost_FailLoads");
-    host.Calls = Resolve<TestHostCallsFn>(image, "TestHost_Calls");
-    host.LogSize = Resolve<TestHostLogSizeFn>(image, "TestHost_LogSize");
-    host.LogEntry = Resolve<TestHostLogEntryFn>(image, "TestHost_LogEntry");
-    host.SetFrame = Resolve<TestHostSetFrameFn>(image, "TestHost_SetFrame");
-    host.SeenEntries = Resolve<TestHostSeenEntriesFn>(image, "TestHost_SeenEntries");
-    host.LiveFrames = Resolve<TestHostLiveFramesFn>(image, "TestHost_LiveFrames");
-    host.SetEndEditResult = Resolve<TestHostSetEndEditResultFn>(image, "TestHost_SetEndEditResult");
+    Bind(image, "TestHost_Reset", host.Reset);
+    Bind(image, "TestHost_PutRecord", host.PutRecord);
+    Bind(image, "TestHost_GetRecord", host.GetRecord);
+    Bind(image, "TestHost_FailLoads", host.FailLoads);
+    Bind(image, "TestHost_Log", host.CopyLog);
+    Bind(image, "TestHost_SetFrame", host.SetFrame);
+    Bind(image, "TestHost_SeenEntries", host.CopySeenEntries);
     return host;
   }
 
-  template <class Fn> static Fn Resolve(void* image, const char* name) {
-    Fn fn = scribotest::Symbol<Fn>(image, name);
+  template <class Fn> static void Bind(void* image, const char* name, Fn& fn) {
+    fn = scribotest::Symbol<Fn>(image, name);
     if (!fn)
       throw std::runtime_error(std::string("the test host lacks ") + name);
-    return fn;
   }
 };

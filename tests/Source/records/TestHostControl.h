@@ -7,19 +7,18 @@
 
 #include "EXTGF2005a.h"
 
-// One call of a record function, as the host saw it.
+// One host call, as the host saw it.
 struct TestHostCall {
   char function[24]; // host function name, e.g. "SX_LoadEData"
-  uint32_t tag;
-  uint16_t key0;    // first key, 0xFFFF when the key list was null
-  uint16_t key1;    // second key of an "ot" tag, else 0
-  uint32_t size;    // size passed (*size on entry for loads)
-  uint32_t version; // the version stamp as it arrived
-  int bufferIsNull; // 1 when the buffer pointer was null
+  uint32_t tag;      // record tag; 0 for calls that take none
+  uint16_t key0;     // first key, 0xFFFF when the key list was null
+  uint16_t key1;     // second key of an "ot" tag, else 0
+  uint32_t size;     // size passed (*size on entry for loads)
+  uint32_t version;  // the version stamp as it arrived
 };
 
 extern "C" {
-// Forget every record, frame template, failure, count and log entry.
+// Forget every record, frame template, failure and logged call.
 typedef void (*TestHostResetFn)();
 // Store a record under (tag, key0, key1); key1 is ignored unless the tag starts with "ot".
 typedef void (*TestHostPutRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, const void* data,
@@ -30,17 +29,11 @@ typedef int (*TestHostGetRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, v
 // Loads of `tag` fail (return 0) from now on; the host first writes `scribbleBytes` bytes of
 // 0xAB into the caller's buffer, as a host that gives up half-way would.
 typedef void (*TestHostFailLoadsFn)(uint32_t tag, uint32_t scribbleBytes);
-// How often the named host function was called since the last reset.
-typedef int (*TestHostCallsFn)(const char* function);
-// Record calls logged since the last reset, and one of them.
-typedef int (*TestHostLogSizeFn)();
-typedef int (*TestHostLogEntryFn)(int index, TestHostCall* out);
+// Copies up to `capacity` of the calls made since the last reset, in order; their count.
+typedef int (*TestHostLogFn)(TestHostCall* out, int capacity);
 // The entries every following SX_LoadTGF hands out; a negative count makes loads fail.
 typedef void (*TestHostSetFrameFn)(const EXENTRY* entries, int count);
-// The entries of the frame as the host saw them at the last call of `function`; their count.
+// Copies up to `capacity` entries of the frame as the host saw it at the last call of
+// `function`; their count.
 typedef int (*TestHostSeenEntriesFn)(const char* function, EXENTRY* out, int capacity);
-// Frames loaded and not yet freed.
-typedef int (*TestHostLiveFramesFn)();
-// What SX_EndScriboEdit answers.
-typedef void (*TestHostSetEndEditResultFn)(int result);
 }
