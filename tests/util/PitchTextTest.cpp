@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include "SXUtilPitch.h"
@@ -37,13 +38,25 @@ std::string Format(tDiaPitch pitch, short size = 32) {
   return out;
 }
 
-#define EXPECT_PITCH(text, s, a)                                                                   \
-  do {                                                                                             \
-    Parsed p = Parse(text);                                                                        \
-    EXPECT_EQ(p.result, 0) << text;                                                                \
-    EXPECT_EQ(p.pitch.step, s) << text;                                                            \
-    EXPECT_EQ(p.pitch.alteration, a) << text;                                                      \
-  } while (0)
+struct Reading {
+  const char* text;
+  int step, alteration;
+};
+void ExpectReadings(std::initializer_list<Reading> readings) {
+  for (const Reading& r : readings) {
+    const Parsed p = Parse(r.text);
+    EXPECT_EQ(p.result, 0) << r.text;
+    EXPECT_EQ(p.pitch.step, r.step) << r.text;
+    EXPECT_EQ(p.pitch.alteration, r.alteration) << r.text;
+  }
+}
+void ExpectRefused(std::initializer_list<const char*> texts, short error) {
+  for (const char* text : texts) {
+    const Parsed p = Parse(text);
+    EXPECT_EQ(p.result, error) << text;
+    EXPECT_EQ(p.pitch.step, -999) << "out written on failure: " << text;
+  }
+}
 
 } // namespace
 
@@ -55,17 +68,10 @@ TEST(PitchText, MidiNumbersAreTheStateAtLoad) {
 
 TEST(PitchText, MidiNumbers) {
   ASSERT_EQ(SXUtilSetPitchFormatting(kPitchFormatMidi), 0);
-  EXPECT_PITCH("60", 0, 0);
-  EXPECT_PITCH("61", 0, 1);
-  EXPECT_PITCH("70", 6, -1);
-  EXPECT_PITCH("0", -35, 0);
-  EXPECT_PITCH("127", 39, 0);
-  EXPECT_PITCH(" 72 and more", 7, 0); // atoi's reading
-  for (const char* bad : {"128", "-1", "99999999999999999999", "4294967356"}) {
-    Parsed p = Parse(bad);
-    EXPECT_EQ(p.result, kSXUtilBadMidiNote) << bad;
-    EXPECT_EQ(p.pitch.step, -999) << "out written on failure: " << bad;
-  }
+  // " 72 and more" is atoi's reading.
+  ExpectReadings({{"60", 0, 0}, {"61", 0, 1}, {"70", 6, -1}, {"0", -35, 0}, {"127", 39, 0}});
+  ExpectReadings({{" 72 and more", 7, 0}});
+  ExpectRefused({"128", "-1", "99999999999999999999", "4294967356"}, kSXUtilBadMidiNote);
   EXPECT_EQ(Format({0, 0}), "60");
   EXPECT_EQ(Format({6, -1}), "70");
   EXPECT_EQ(Format({-40, 0}), "-8"); // no range check on writing
@@ -73,20 +79,10 @@ TEST(PitchText, MidiNumbers) {
 
 TEST(PitchText, NoteNamesWithMiddleCAsC4) {
   ASSERT_EQ(SXUtilSetPitchFormatting(4), 0);
-  EXPECT_PITCH("C4", 0, 0);
-  EXPECT_PITCH("c4", 0, 0);
-  EXPECT_PITCH("Bb3", -1, -1);
-  EXPECT_PITCH("C#4", 0, 1);
-  EXPECT_PITCH("C0", -28, 0);
-  EXPECT_PITCH("G9", 39, 0);
-  EXPECT_PITCH("C4xyz", 0, 0);
-  EXPECT_PITCH("Gb9", 39, -1);
-  EXPECT_PITCH("C#0", -28, 1);
-  for (const char* bad : {"G#9", "Cb0", "A9", "H4", "C", "C#", "X4", "BB3", "", "C-1", "Cx4"}) {
-    Parsed p = Parse(bad);
-    EXPECT_EQ(p.result, kSXUtilBadPitchName) << bad;
-    EXPECT_EQ(p.pitch.step, -999) << "out written on failure: " << bad;
-  }
+  ExpectReadings({{"C4", 0, 0}, {"c4", 0, 0}, {"Bb3", -1, -1}, {"C#4", 0, 1}, {"C0", -28, 0}});
+  ExpectReadings({{"G9", 39, 0}, {"C4xyz", 0, 0}, {"Gb9", 39, -1}, {"C#0", -28, 1}});
+  ExpectRefused({"G#9", "Cb0", "A9", "H4", "C", "C#", "X4", "BB3", "", "C-1", "Cx4"},
+                kSXUtilBadPitchName);
   EXPECT_EQ(SXUtilParsePitch(nullptr, nullptr), kSXUtilBadPitchName);
 
   EXPECT_EQ(Format({0, 0}), "C4");
@@ -99,7 +95,7 @@ TEST(PitchText, NoteNamesWithMiddleCAsC4) {
 TEST(PitchText, MiddleCAsC5) {
   ASSERT_EQ(SXUtilSetPitchFormatting(5), 0);
   EXPECT_EQ(Format({0, 0}), "C5");
-  EXPECT_PITCH("C4", -7, 0);
+  ExpectReadings({{"C4", -7, 0}});
   EXPECT_EQ(Parse("C0").result, kSXUtilBadPitchName); // step -35 is below the lowest name
 }
 

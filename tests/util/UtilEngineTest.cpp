@@ -152,21 +152,19 @@ TEST_F(UtilInEngine, ProgressSelectionAndCancel) {
   auto at = [](int ms) { gNowNs = 5'000'000'000 + int64_t{ms} * 1'000'000; };
   at(0);
   probe->progressStart(100);
-  at(666);
-  EXPECT_TRUE(probe->progressUpdate(8));
-  EXPECT_EQ(engine().OpenMassEdits(), 0);
-  at(700);
-  EXPECT_TRUE(probe->progressUpdate(10));
-  EXPECT_EQ(engine().OpenMassEdits(), 1);
-  EXPECT_EQ(engine().MassEditStepsReported(), 10);
-  at(710);
-  EXPECT_TRUE(probe->progressUpdate(20));
-  EXPECT_EQ(engine().MassEditStepsReported(), 10);
-  at(740);
-  EXPECT_TRUE(probe->progressUpdate(25));
-  EXPECT_EQ(engine().MassEditStepsReported(), 25);
-  at(800);
-  EXPECT_TRUE(probe->progressUpdate(60));
+  struct Update {
+    int ms, done, open, reported;
+  };
+  for (Update u : {Update{666, 8, 0, 0},
+                   {700, 10, 1, 10},
+                   {710, 20, 1, 10},
+                   {740, 25, 1, 25},
+                   {800, 60, 1, 60}}) {
+    at(u.ms);
+    EXPECT_TRUE(probe->progressUpdate(static_cast<unsigned short>(u.done))) << u.ms;
+    EXPECT_EQ(engine().OpenMassEdits(), u.open) << u.ms;
+    EXPECT_EQ(engine().MassEditStepsReported(), u.reported) << u.ms;
+  }
   probe->progressEnd(0);
   EXPECT_EQ(engine().OpenMassEdits(), 0);
   EXPECT_EQ(engine().MassEditStepsReported(), 100) << "the end sends the remaining 40";
