@@ -48,8 +48,8 @@ std::filesystem::path BuiltBundle() {
   return scribotest::BuildDir() / "SubdivideNotes.bundle";
 }
 
-// The English text of `key` as the bundle's strings table words it, in UTF-16.
-std::u16string EnglishText(const std::string& key) {
+// The English text of `key` as the bundle's strings table words it, in UTF-8.
+std::string EnglishText(const std::string& key) {
   std::ifstream in(scribotest::SourceDir() / "resources/en.lproj/Localizable.strings");
   std::stringstream all;
   all << in.rdbuf();
@@ -57,26 +57,23 @@ std::u16string EnglishText(const std::string& key) {
   std::smatch match;
   if (!std::regex_search(text, match, std::regex("\"" + key + "\"\\s*=\\s*\"([^\"]*)\";")))
     throw std::runtime_error("no English text for " + key);
-  const std::string utf8 = match[1];
-  std::u16string out;
-  for (size_t i = 0; i < utf8.size();) {
-    const unsigned char c = utf8[i];
-    const int length = c < 0x80 ? 1 : c < 0xE0 ? 2 : 3; // the menu texts stay in the BMP
-    char32_t cp = length == 1 ? c : length == 2 ? c & 0x1F : c & 0x0F;
-    for (int k = 1; k < length; ++k)
-      cp = (cp << 6) | (utf8[i + k] & 0x3F);
-    out.push_back(char16_t(cp));
-    i += length;
-  }
-  return out;
+  return match[1];
 }
 
-std::u16string Text(const uint16_t (&field)[kMenuTextUnits]) {
-  uint16_t copy[kMenuTextUnits];
-  std::memcpy(copy, field, sizeof copy);
-  std::u16string s;
-  for (int i = 0; i < kMenuTextUnits && copy[i] != 0; ++i)
-    s.push_back(char16_t(copy[i]));
+// A zero-terminated UTF-16 menu text in UTF-8 (the menu texts stay in the BMP).
+std::string Text(const uint16_t (&field)[kMenuTextUnits]) {
+  uint16_t units[kMenuTextUnits];
+  std::memcpy(units, field, sizeof units);
+  std::string s;
+  for (int i = 0; i < kMenuTextUnits && units[i] != 0; ++i) {
+    const unsigned u = units[i];
+    if (u < 0x80)
+      s += char(u);
+    else if (u < 0x800)
+      s += {char(0xC0 | u >> 6), char(0x80 | (u & 0x3F))};
+    else
+      s += {char(0xE0 | u >> 12), char(0x80 | (u >> 6 & 0x3F)), char(0x80 | (u & 0x3F))};
+  }
   return s;
 }
 

@@ -46,14 +46,7 @@ inline tSubdivideParam Target(int32_t target) {
 
 inline EREGION Region(int16_t startStaff, int16_t startMeasure, int32_t startPosition,
                       int16_t endStaff, int16_t endMeasure, int32_t endPosition) {
-  EREGION r{};
-  r.startStaff = startStaff;
-  r.startMeasure = startMeasure;
-  r.startPosition = startPosition;
-  r.endStaff = endStaff;
-  r.endMeasure = endMeasure;
-  r.endPosition = endPosition;
-  return r;
+  return {0, startStaff, startMeasure, startPosition, {}, endStaff, endMeasure, endPosition};
 }
 // Whole measures first..last of staves first..last.
 inline EREGION Measures(int16_t firstStaff, int16_t lastStaff, int16_t firstMeasure,
@@ -61,20 +54,18 @@ inline EREGION Measures(int16_t firstStaff, int16_t lastStaff, int16_t firstMeas
   return Region(firstStaff, firstMeasure, 0, lastStaff, lastMeasure, kNoUpperBound);
 }
 
-inline EntrySpec Note(int16_t duration, int32_t position, int32_t actualDuration = -1,
-                      uint32_t flags = 0) {
-  EntrySpec spec;
-  spec.duration = duration;
-  spec.actualDuration = actualDuration;
-  spec.position = position;
-  spec.flags = flags;
-  spec.notes = {NoteSpec{2, 0, 0}};
-  return spec;
-}
 inline EntrySpec Rest(int16_t duration, int32_t position) {
   EntrySpec spec;
   spec.duration = duration;
   spec.position = position;
+  return spec;
+}
+inline EntrySpec Note(int16_t duration, int32_t position, int32_t actualDuration = -1,
+                      uint32_t flags = 0) {
+  EntrySpec spec = Rest(duration, position);
+  spec.actualDuration = actualDuration;
+  spec.flags = flags;
+  spec.notes = {NoteSpec{2, 0, 0}};
   return spec;
 }
 

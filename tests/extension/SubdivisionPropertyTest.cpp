@@ -172,6 +172,7 @@ TEST_F(SubdivisionTest, RandomFramesKeepOrderLeaveTheRestAloneAndAddUp) {
     for (const EXENTRY& e : before)
       originals.insert(+e.entryNumber);
     size_t j = 0;
+    long unevenSplits = 0;
     for (size_t i = 0; i < before.size(); ++i) {
       ASSERT_LT(j, after.size());
       ASSERT_EQ(+after[j].entryNumber, +before[i].entryNumber) << "entries keep their order";
@@ -184,6 +185,7 @@ TEST_F(SubdivisionTest, RandomFramesKeepOrderLeaveTheRestAloneAndAddUp) {
       for (int k = 1; k < parts[i]; ++k)
         EXPECT_EQ(originals.count(+after[j + k].entryNumber), 0u) << "a copy is a new entry";
       CheckRun(before[i], &after[j], parts[i], doc());
+      unevenSplits += before[i].duration % parts[i] != 0;
       j += parts[i];
     }
     EXPECT_EQ(j, after.size()) << "no entry appears from nowhere";
@@ -191,6 +193,7 @@ TEST_F(SubdivisionTest, RandomFramesKeepOrderLeaveTheRestAloneAndAddUp) {
       EXPECT_LE(+after[k - 1].position, +after[k].position);
     EXPECT_EQ(VoiceTwoWarnings(), voiceTwo ? 1u : 0u);
     EXPECT_EQ(Calls(HostCall::RebeamRegion), anySplit ? 1 : 0);
+    EXPECT_EQ(Calls(HostCall::LoadEData), unevenSplits) << "read afresh for each uneven split";
   }
 }
 
