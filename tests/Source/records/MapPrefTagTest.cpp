@@ -25,19 +25,23 @@ Mapping OtherRun(const char (&otherTag)[5], int count, int first) {
 constexpr Mapping kRefused{false, 0, 0, 0};
 constexpr Mapping kNotMapped{true, 0, 0, 0};
 
+// Numbers 1..limit reach one record each, from number - 1; 0, negatives and limit + 1 do not.
 TEST(MapPrefTag, NumberedRunsAcceptOnlyTheirRange) {
-  EXPECT_EQ(Map("pfSN", 1), OtherRun("ot40", 1, 0));
-  EXPECT_EQ(Map("pfSN", 128), OtherRun("ot40", 1, 127));
-  for (int16_t outside : {129, 0, -1, -32768})
-    EXPECT_EQ(Map("pfSN", outside), kRefused) << outside;
-  EXPECT_EQ(Map("pfGb", 4), OtherRun("ot98", 1, 3));
-  EXPECT_EQ(Map("pfGb", 5), kRefused);
-  EXPECT_EQ(Map("pfSl", 15), OtherRun("ot26", 1, 14));
-  EXPECT_EQ(Map("pfSl", 16), kRefused);
-  EXPECT_EQ(Map("pfTs", 9), OtherRun("ot90", 1, 8));
-  EXPECT_EQ(Map("pfTs", 10), kRefused);
-  EXPECT_EQ(Map("pfGs", 1), OtherRun("ot91", 1, 0));
-  EXPECT_EQ(Map("pfGs", 2), kRefused);
+  struct {
+    const char tag[5];
+    const char otherTag[5];
+    int16_t limit;
+  } const kNumbered[] = {
+      {"pfSN", "ot40", 128}, {"pfGb", "ot98", 4}, {"pfSl", "ot26", 15},
+      {"pfTs", "ot90", 9},   {"pfGs", "ot91", 1},
+  };
+  for (const auto& run : kNumbered) {
+    EXPECT_EQ(Map(run.tag, 1), OtherRun(run.otherTag, 1, 0)) << run.tag;
+    EXPECT_EQ(Map(run.tag, run.limit), OtherRun(run.otherTag, 1, run.limit - 1)) << run.tag;
+    for (int16_t outside : {int16_t(run.limit + 1), int16_t{0}, int16_t{-1}, int16_t{-32768}})
+      EXPECT_EQ(Map(run.tag, outside), kRefused) << run.tag << " " << outside;
+  }
+  // Page formats from number 1 are four records; number 0 has a table of its own.
   EXPECT_EQ(Map("pfPF", 1), OtherRun("ot77", 4, 0));
   EXPECT_EQ(Map("pfPF", 0), kRefused);
 }

@@ -2,7 +2,6 @@
 // Exports the host functions with their wire signatures (16-bit arguments arrive widened to 32
 // bits, 16-bit results leave as int) and the control functions of TestHostControl.h.
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <string>
@@ -21,8 +20,6 @@ struct HostState {
   std::map<RecordKey, std::vector<unsigned char>> records;
   std::map<uint32_t, uint32_t> failingLoads; // tag -> bytes scribbled before failing
   std::vector<TestHostCall> log;
-  std::vector<EXENTRY> frameTemplate;
-  bool framesFail = false;
   std::map<std::string, std::vector<EXENTRY>> seenEntries;
 };
 
@@ -56,20 +53,11 @@ void Log(const char* function, uint32_t tag = 0, const unsigned short* keys = nu
   State().log.push_back(call);
 }
 
-std::vector<EXENTRY> SeeEntries(const char* function, const EXTGF2005a* frame) {
+// Frame calls hand their result on unchanged: what counts is what the host saw.
+int SeeEntries(const char* function, const EXTGF2005a* frame) {
   Log(function);
-  std::vector<EXENTRY>& seen = State().seenEntries[function];
-  seen.assign(frame->entries, frame->entries + frame->entryCount);
-  return seen;
-}
-
-// Replaces the frame's array by a fresh one, so that callers must re-read `entries`.
-void Reallocate(EXTGF2005a* frame, const std::vector<EXENTRY>& entries) {
-  std::free(frame->entries);
-  auto* fresh = static_cast<EXENTRY*>(std::calloc(entries.size() + 1, sizeof(EXENTRY)));
-  std::memcpy(fresh, entries.data(), entries.size() * sizeof(EXENTRY));
-  frame->entries = fresh;
-  frame->entryCount = static_cast<int16_t>(entries.size());
+  State().seenEntries[function].assign(frame->entries, frame->entries + frame->entryCount);
+  return 1;
 }
 
 } // namespace
@@ -103,11 +91,6 @@ HOST_EXPORT int TestHost_Log(TestHostCall* out, int capacity) {
   const std::vector<TestHostCall>& log = State().log;
   std::copy_n(log.begin(), std::min<size_t>(std::max(capacity, 0), log.size()), out);
   return static_cast<int>(log.size());
-}
-
-HOST_EXPORT void TestHost_SetFrame(const EXENTRY* entries, int count) {
-  State().framesFail = count < 0;
-  State().frameTemplate.assign(entries, entries + (count > 0 ? count : 0));
 }
 
 HOST_EXPORT int TestHost_SeenEntries(const char* function, EXENTRY* out, int capacity) {
@@ -153,47 +136,31 @@ HOST_EXPORT int SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, u
   return 1;
 }
 
-// Frames.
+// Frames. Measure 0 is one the host refuses to load.
 
-HOST_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t, int, int, int, int, uint32_t) {
+HOST_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t, int, int measure, int, int, uint32_t) {
   Log("SX_LoadTGF");
-  if (State().framesFail)
-    return nullptr;
-  auto* frame = new EXTGF2005a{};
-  Reallocate(frame, State().frameTemplate);
-  return frame;
+  return measure != 0 ? new EXTGF2005a{} : nullptr;
 }
 
 HOST_EXPORT int SX_FreeTGF(EXTGF2005a* frame, uint32_t) {
   Log("SX_FreeTGF");
   if (!frame)
     return 0;
-  std::free(frame->entries);
   delete frame;
   return 1;
 }
 
-HOST_EXPORT int SX_InsertEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t) {
-  std::vector<EXENTRY> entries = SeeEntries("SX_InsertEXENTRY", frame);
-  if (index < 0 || index > static_cast<int>(entries.size()) || count < 1)
-    return 0;
-  entries.insert(entries.begin() + index, static_cast<size_t>(count), EXENTRY{});
-  Reallocate(frame, entries);
-  return 1;
+HOST_EXPORT int SX_InsertEXENTRY(EXTGF2005a* frame, int, int, uint32_t) {
+  return SeeEntries("SX_InsertEXENTRY", frame);
 }
 
-HOST_EXPORT int SX_DeleteEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t) {
-  std::vector<EXENTRY> entries = SeeEntries("SX_DeleteEXENTRY", frame);
-  if (index < 0 || count < 1 || index + count > static_cast<int>(entries.size()))
-    return 0;
-  entries.erase(entries.begin() + index, entries.begin() + index + count);
-  Reallocate(frame, entries);
-  return 1;
+HOST_EXPORT int SX_DeleteEXENTRY(EXTGF2005a* frame, int, int, uint32_t) {
+  return SeeEntries("SX_DeleteEXENTRY", frame);
 }
 
 HOST_EXPORT int SX_SaveTGF(EXTGF2005a* frame, uint32_t) {
-  SeeEntries("SX_SaveTGF", frame);
-  return 1;
+  return SeeEntries("SX_SaveTGF", frame);
 }
 
 HOST_EXPORT void SX_ReduceEntries(EXTGF2005a* frame, uint32_t) {

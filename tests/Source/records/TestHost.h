@@ -15,18 +15,23 @@
 #include "TestSupport.h"
 #include "scribopdk.h"
 
+// Each control function is looked up by name in the bundle, whose image is loaded first.
+#define TEST_HOST_FUNCTION(member, name)                                                           \
+  decltype(&TestHost_##name) member = Resolve<decltype(&TestHost_##name)>(image, "TestHost"        \
+                                                                                 "_" #name)
+
 struct TestHost {
-  TestHostResetFn Reset;
-  TestHostPutRecordFn PutRecord;
-  TestHostGetRecordFn GetRecord;
-  TestHostFailLoadsFn FailLoads;
-  TestHostLogFn CopyLog;
-  TestHostSetFrameFn SetFrame;
-  TestHostSeenEntriesFn CopySeenEntries;
+  void* image = Bind();
+  TEST_HOST_FUNCTION(Reset, Reset);
+  TEST_HOST_FUNCTION(PutRecord, PutRecord);
+  TEST_HOST_FUNCTION(GetRecord, GetRecord);
+  TEST_HOST_FUNCTION(FailLoads, FailLoads);
+  TEST_HOST_FUNCTION(CopyLog, Log);
+  TEST_HOST_FUNCTION(CopySeenEntries, SeenEntries);
 
   // The bound host, reset to empty.
   static TestHost& Fresh() {
-    static TestHost host = Load();
+    static TestHost host;
     host.Reset();
     return host;
   }
@@ -65,24 +70,16 @@ struct TestHost {
   }
 
 private:
-  static TestHost Load() {
+  static void* Bind() {
     void* image = scribotest::LoadBundle(SCRIBO_TEST_HOST_BUNDLE, RTLD_NOW | RTLD_GLOBAL);
     if (InitializeGlobals() != 0 || !gScriboBundle)
       throw std::runtime_error("the SDK did not bind to the test host");
-    TestHost host;
-    Bind(image, "TestHost_Reset", host.Reset);
-    Bind(image, "TestHost_PutRecord", host.PutRecord);
-    Bind(image, "TestHost_GetRecord", host.GetRecord);
-    Bind(image, "TestHost_FailLoads", host.FailLoads);
-    Bind(image, "TestHost_Log", host.CopyLog);
-    Bind(image, "TestHost_SetFrame", host.SetFrame);
-    Bind(image, "TestHost_SeenEntries", host.CopySeenEntries);
-    return host;
+    return image;
   }
 
-  template <class Fn> static void Bind(void* image, const char* name, Fn& fn) {
-    fn = scribotest::Symbol<Fn>(image, name);
-    if (!fn)
-      throw std::runtime_error(std::string("the test host lacks ") + name);
+  template <class Fn> static Fn Resolve(void* image, const char* name) {
+    if (Fn fn = scribotest::Symbol<Fn>(image, name))
+      return fn;
+    throw std::runtime_error(std::string("the test host lacks ") + name);
   }
 };

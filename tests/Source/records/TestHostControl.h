@@ -1,6 +1,7 @@
 // The control functions that RecordsTestHost exports next to its host functions, and the
-// record of one host call that it logs. Shared by the test host and the tests; plain C types
-// only, since the two live in separate images.
+// record of one host call that it logs. Shared by the test host, which defines them, and the
+// tests, which look them up in the loaded bundle; plain C types only, since the two live in
+// separate images.
 #pragma once
 
 #include <cstdint>
@@ -18,22 +19,19 @@ struct TestHostCall {
 };
 
 extern "C" {
-// Forget every record, frame template, failure and logged call.
-typedef void (*TestHostResetFn)();
+// Forget every record, failure, logged call and seen frame.
+void TestHost_Reset();
 // Store a record under (tag, key0, key1); key1 is ignored unless the tag starts with "ot".
-typedef void (*TestHostPutRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, const void* data,
-                                    uint32_t size);
+void TestHost_PutRecord(uint32_t tag, uint16_t key0, uint16_t key1, const void* data,
+                        uint32_t size);
 // Copy a record out; its size, or -1 when there is no such record.
-typedef int (*TestHostGetRecordFn)(uint32_t tag, uint16_t key0, uint16_t key1, void* out,
-                                   uint32_t capacity);
+int TestHost_GetRecord(uint32_t tag, uint16_t key0, uint16_t key1, void* out, uint32_t capacity);
 // Loads of `tag` fail (return 0) from now on; the host first writes `scribbleBytes` bytes of
 // 0xAB into the caller's buffer, as a host that gives up half-way would.
-typedef void (*TestHostFailLoadsFn)(uint32_t tag, uint32_t scribbleBytes);
+void TestHost_FailLoads(uint32_t tag, uint32_t scribbleBytes);
 // Copies up to `capacity` of the calls made since the last reset, in order; their count.
-typedef int (*TestHostLogFn)(TestHostCall* out, int capacity);
-// The entries every following SX_LoadTGF hands out; a negative count makes loads fail.
-typedef void (*TestHostSetFrameFn)(const EXENTRY* entries, int count);
+int TestHost_Log(TestHostCall* out, int capacity);
 // Copies up to `capacity` entries of the frame as the host saw it at the last call of
 // `function`; their count.
-typedef int (*TestHostSeenEntriesFn)(const char* function, EXENTRY* out, int capacity);
+int TestHost_SeenEntries(const char* function, EXENTRY* out, int capacity);
 }
