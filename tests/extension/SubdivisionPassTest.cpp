@@ -15,14 +15,12 @@ namespace {
 TEST_F(SubdivisionTest, SplitsMakeTheirPartsAndTheTupletOfTheirUnit) {
   struct Case {
     int16_t duration;
-    int32_t actual;
-    int32_t position;
+    int32_t actual, position;
     tSubdivideParam param;
     size_t parts; // 1: not split
     int16_t notated;
     int32_t partActual;
-    int16_t unit;
-    int16_t referenceNumber;
+    int16_t unit, referenceNumber;
   };
   const Case cases[] = {
       {2048, 2048, 0, Divisions(2), 2, 1024, 1024, 0, 0},
@@ -125,24 +123,6 @@ TEST_F(SubdivisionTest, WithoutAPreferenceRecordOrATupletRecordUnevenSplitsTrunc
     EXPECT_TRUE(doc().EntryDetails(number).empty());
     EXPECT_EQ(Calls(HostCall::CreateEData), refused ? 1 : 0);
   }
-}
-
-TEST_F(SubdivisionTest, EachUnevenSplitReadsThePreferencesAndGetsItsOwnRecord) {
-  Build(1, 1);
-  const uint32_t first = Add(1, 1, Note(1024, 0));
-  const uint32_t second = Add(1, 1, Note(2048, 1024));
-
-  EXPECT_EQ(Run(Measures(1, 1, 1, 1), Divisions(3)), 1);
-
-  EXPECT_EQ(Calls(HostCall::LoadEData), 2) << "read afresh for every uneven split";
-  ASSERT_TRUE(doc().Tuplet(first).has_value());
-  ASSERT_TRUE(doc().Tuplet(second).has_value());
-  EXPECT_EQ(doc().Tuplet(first)->tupletUnit, 512);
-  EXPECT_EQ(doc().Tuplet(second)->tupletUnit, 1024);
-  const auto e = Entries(1, 1);
-  ASSERT_EQ(e.size(), 6u);
-  EXPECT_EQ(+e[3].entryNumber, second);
-  EXPECT_EQ(+e[5].position, 1024 + 2 * 682);
 }
 
 TEST_F(SubdivisionTest, VoiceTwoMaterialIsNeverChangedAndWarnsOncePerInvocation) {
