@@ -32,8 +32,16 @@ TEST(CleanTGF, RenumbersMissingAndTwinIdentifiersAndTouchesNothingElse) {
   twins.position = 3072;
   twins.actualDuration = 683;
   twins.hostTrailer[0] = 0x77;
-  std::vector<EXENTRY> entries = {twins, NoteEntry({5, 5, 3}), NoteEntry({-4, 0}),
-                                  NoteEntry({37}, 0x8E1F0000), NoteEntry({7, 3, 7, 7})};
+  EXENTRY three = NoteEntry({5, 5, 3});
+  for (int j = 0; j < kMaxNotesPerEntry; ++j) {
+    three.notes[j].hostData[0] = 0x55;
+    if (j >= 3) { // stale records behind the count
+      three.notes[j].noteID = 99;
+      three.notes[j].noteFlags = 0xFFFFFFFF;
+    }
+  }
+  std::vector<EXENTRY> entries = {twins, three, NoteEntry({-4, 0}), NoteEntry({37}, 0x8E1F0000),
+                                  NoteEntry({7, 3, 7, 7})};
   Clean(entries);
 
   EXPECT_EQ(NoteIDs(entries[0]), (std::vector<int16_t>{1, 2}));
@@ -46,6 +54,11 @@ TEST(CleanTGF, RenumbersMissingAndTwinIdentifiersAndTouchesNothingElse) {
   EXPECT_EQ(uint32_t{entries[2].notes[0].noteFlags}, 0x001C0000u); // -4 is ...11100
   EXPECT_EQ(uint32_t{entries[1].notes[0].noteFlags}, 0x00060000u);
 
+  // Unused note records are cleared; used ones keep their host data.
+  EXPECT_EQ(int{entries[1].noteCount}, 3);
+  EXPECT_EQ(entries[1].notes[2].hostData[0], 0x55);
+  EXPECT_TRUE(NotesAreZeroFrom(entries[1], 3));
+
   // Around the notes, the entry is as it was.
   const auto* before = reinterpret_cast<const char*>(&twins);
   const auto* after = reinterpret_cast<const char*>(entries.data());
@@ -54,27 +67,16 @@ TEST(CleanTGF, RenumbersMissingAndTwinIdentifiersAndTouchesNothingElse) {
   EXPECT_EQ(std::memcmp(after + tail, before + tail, sizeof(EXENTRY) - tail), 0);
 }
 
-TEST(CleanTGF, ClearsUnusedNoteRecordsButKeepsAFullEntry) {
-  EXENTRY three = NoteEntry({1, 2, 3});
-  EXENTRY twelve = NoteEntry({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
-  for (int j = 0; j < kMaxNotesPerEntry; ++j) {
-    twelve.notes[j].hostData[3] = static_cast<uint8_t>(j + 1);
-    three.notes[j].hostData[0] = 0x55;
-    if (j >= 3) {
-      three.notes[j].noteID = 99;
-      three.notes[j].noteFlags = 0xFFFFFFFF;
-    }
-  }
-  std::vector<EXENTRY> entries = {three, twelve};
+// All twelve note records are in use: none is cleared.
+TEST(CleanTGF, KeepsAFullEntry) {
+  std::vector<EXENTRY> entries = {NoteEntry({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})};
+  for (int j = 0; j < kMaxNotesPerEntry; ++j)
+    entries[0].notes[j].hostData[3] = static_cast<uint8_t>(j + 1);
   Clean(entries);
-
-  EXPECT_EQ(int{entries[0].noteCount}, 3);
-  EXPECT_EQ(entries[0].notes[2].hostData[0], 0x55);
-  EXPECT_TRUE(NotesAreZeroFrom(entries[0], 3));
-  EXPECT_EQ(int{entries[1].noteCount}, 12);
+  EXPECT_EQ(int{entries[0].noteCount}, 12);
   for (int j = 0; j < kMaxNotesPerEntry; ++j) {
-    EXPECT_EQ(entries[1].notes[j].hostData[3], j + 1) << "note " << j;
-    EXPECT_EQ(uint32_t{entries[1].notes[j].noteFlags}, static_cast<uint32_t>(j + 1) << 16);
+    EXPECT_EQ(entries[0].notes[j].hostData[3], j + 1) << "note " << j;
+    EXPECT_EQ(uint32_t{entries[0].notes[j].noteFlags}, static_cast<uint32_t>(j + 1) << 16);
   }
 }
 

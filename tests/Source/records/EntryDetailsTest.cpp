@@ -150,6 +150,12 @@ TEST(EntryDetails, MappedPreferenceIsARunOfOtherRecords) {
   EXPECT_EQ(SX_LoadEData(FourCharTag("pfSN"), nullptr, staffName.data(), &size, kScriboHostVersion),
             0);
   EXPECT_EQ(host.Log().size(), callsBefore);
+
+  // Page format 0 is the score's table; from number 1 on, a run of four "ot77" records.
+  unsigned short parts[] = {1}, otherParts[] = {2};
+  EXPECT_EQ(SX_LoadEData(FourCharTag("pfPF"), parts, nullptr, &size, kScriboHostVersion), 1);
+  EXPECT_EQ(size, 48u);
+  EXPECT_EQ(SX_LoadEData(FourCharTag("pfPF"), otherParts, nullptr, &size, kScriboHostVersion), 0);
 }
 
 } // namespace

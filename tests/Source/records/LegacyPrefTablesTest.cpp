@@ -245,24 +245,4 @@ TEST(LegacyPrefTables, BuffersBelowTheRecordSizeAreRefusedUntouched) {
   EXPECT_EQ(shapes[30], 0xEE); // the gaps between low-byte fields are not the table's
 }
 
-TEST(LegacyPrefTables, PageFormatNumberPicksTableOrRun) {
-  TestHost& host = TestHost::Fresh();
-  PutKnownDocument(host);
-  for (uint16_t i = 0; i < 4; ++i)
-    host.PutOther("ot77", i, {i, i, i, i, i, uint16_t(i + 1)});
-
-  // Number 0: the score's record, from the table.
-  const std::array<uint16_t, 6> ot14 = host.Other("ot14");
-  EXPECT_EQ(Field<uint32_t>(Load("pfPF", 48), 0), (uint32_t{ot14[0]} << 16) | ot14[1]);
-
-  unsigned short parts[] = {1}, other[] = {2};
-  uint32_t size = 0;
-  EXPECT_EQ(SX_LoadEData(FourCharTag("pfPF"), parts, nullptr, &size, kScriboHostVersion), 1);
-  EXPECT_EQ(size, 48u); // four "ot77" records
-  std::vector<uint16_t> run(24);
-  EXPECT_EQ(SX_LoadEData(FourCharTag("pfPF"), parts, run.data(), &size, kScriboHostVersion), 1);
-  EXPECT_EQ(run[23], 4);
-  EXPECT_EQ(SX_LoadEData(FourCharTag("pfPF"), other, run.data(), &size, kScriboHostVersion), 0);
-}
-
 } // namespace

@@ -46,12 +46,6 @@ TEST_F(MissingHost, FramesAndEditsStillCountAndClean) {
   EXPECT_EQ(ScriboEditDepth, 1);
   EXPECT_EQ(SX_EndScriboEdit(kScriboHostVersion), 0); // the open edit went to the fallback
   EXPECT_EQ(ScriboEditDepth, 0);
-  EXPECT_EQ(SX_EndScriboEdit(kScriboHostVersion), 1);
-  const int32_t massEdits = MassEditDepth;
-  SX_StartMassEdit(nullptr, 10, kScriboHostVersion);
-  EXPECT_EQ(MassEditDepth, massEdits + 1);
-  SX_EndMassEdit(nullptr, 0, kScriboHostVersion);
-  EXPECT_EQ(MassEditDepth, massEdits);
 }
 
 // A table load still succeeds: its fields hold what six zero words give.
