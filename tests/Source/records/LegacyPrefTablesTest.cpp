@@ -153,11 +153,7 @@ TEST(LegacyPrefTables, PlaybackFieldsComeFromTheirWords) {
   // One changed field rewrites its own other record and keeps that record's other words.
   SetField<uint16_t>(playback, 6, 999);
   ASSERT_EQ(Save("pfPL", playback), 1);
-  std::vector<TestHostCall> saves = host.Log("SX_SaveEData");
-  ASSERT_EQ(saves.size(), 1u);
-  EXPECT_EQ(saves[0].tag, FourCharTag("ot36"));
-  EXPECT_EQ(saves[0].key0, kOtherRecordDocumentOwner);
-  EXPECT_EQ(saves[0].size, 12u);
+  EXPECT_EQ(host.Calls("SX_SaveEData"), 1);
   EXPECT_EQ(host.Other("ot36"), (std::array<uint16_t, 6>{30, 31, 32, 33, 34, 999}));
 }
 
