@@ -1,6 +1,7 @@
-// A host engine for the record tests: keeps records and frames in memory and logs every call.
-// Exports the host functions with their wire signatures (16-bit arguments arrive widened to 32
-// bits, 16-bit results leave as int) and the control functions of TestHostControl.h.
+// A host engine for the record tests: keeps records in memory, logs every call and keeps the
+// entries of each frame it is handed. Exports the host functions with their wire signatures (16-bit
+// arguments arrive widened to 32 bits, 16-bit results leave as int) and the control functions of
+// TestHostControl.h.
 #include <algorithm>
 #include <cstring>
 #include <map>
