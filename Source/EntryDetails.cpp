@@ -80,6 +80,20 @@ short SaveOtherRecordArray(uint32_t otherTag, int16_t count, int16_t first, cons
   return 1;
 }
 
+// The run of other records that a preference tag stands for. False when the tag needs a
+// preference number that is missing or refused; `run.otherTag` 0 when no mapping applies.
+struct OtherRecordRun {
+  uint32_t otherTag = 0;
+  int16_t count = 0;
+  int16_t first = 0;
+};
+
+bool FindOtherRecordRun(uint32_t tag, unsigned short* keys, OtherRecordRun& run) {
+  if (!keys)
+    return !NeedsPreferenceNumber(tag);
+  return mapPrefTag(tag, static_cast<int16_t>(keys[0]), &run.otherTag, &run.count, &run.first);
+}
+
 } // namespace
 
 short SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* size,
@@ -93,16 +107,12 @@ short SX_LoadEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t* s
   if (tPrefMapTable* table = FindPrefMapTable(tag, keys))
     return LoadPrefTable(*table, buffer, size);
 
-  if (!keys && NeedsPreferenceNumber(tag))
+  OtherRecordRun run;
+  if (!FindOtherRecordRun(tag, keys, run))
     return 0;
-  uint32_t otherTag = 0;
-  int16_t count = 0;
-  int16_t first = 0;
-  if (keys && !mapPrefTag(tag, static_cast<int16_t>(keys[0]), &otherTag, &count, &first))
-    return 0;
-  if (otherTag == 0)
+  if (run.otherTag == 0)
     return sxhost::SX_LoadEData(tag, keys, buffer, size, version);
-  return LoadOtherRecordArray(otherTag, count, first, buffer, size);
+  return LoadOtherRecordArray(run.otherTag, run.count, run.first, buffer, size);
 }
 
 short SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t size,
@@ -114,14 +124,10 @@ short SX_SaveEData(uint32_t tag, unsigned short* keys, void* buffer, uint32_t si
   if (tPrefMapTable* table = FindPrefMapTable(tag, keys))
     return SavePrefTable(*table, buffer, size);
 
-  if (!keys && NeedsPreferenceNumber(tag))
+  OtherRecordRun run;
+  if (!FindOtherRecordRun(tag, keys, run))
     return 0;
-  uint32_t otherTag = 0;
-  int16_t count = 0;
-  int16_t first = 0;
-  if (keys && !mapPrefTag(tag, static_cast<int16_t>(keys[0]), &otherTag, &count, &first))
-    return 0;
-  if (otherTag == 0)
+  if (run.otherTag == 0)
     return sxhost::SX_SaveEData(tag, keys, buffer, size, version);
-  return SaveOtherRecordArray(otherTag, count, first, buffer, size);
+  return SaveOtherRecordArray(run.otherTag, run.count, run.first, buffer, size);
 }

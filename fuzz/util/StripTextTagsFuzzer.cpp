@@ -4,25 +4,7 @@
 #include <string>
 
 #include "SXUtilRawText.h"
-
-namespace {
-
-std::u16string StripLiterally(std::u16string t) {
-  size_t pos = t.find(u'^');
-  while (pos != std::u16string::npos) {
-    if (t.compare(pos, 7, u"^flat()") == 0)
-      t[pos++] = u'b';
-    const size_t open = t.find(u'(', pos + 1);
-    const size_t close = open == std::u16string::npos ? open : t.find(u')', open + 1);
-    if (close == std::u16string::npos)
-      break;
-    t.erase(pos, close + 1 - pos);
-    pos = t.find(u'^', pos);
-  }
-  return t;
-}
-
-} // namespace
+#include "StripTextTagsReference.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::u16string text;
