@@ -79,13 +79,6 @@ ImportedScore WriteAndReimport(const MusicXmlSource& source, const std::string& 
   return ReadScoreFile(file);
 }
 
-std::vector<int32_t> Positions(const Frame& frame) {
-  std::vector<int32_t> out;
-  for (const auto& e : frame.entries)
-    out.push_back(e.position);
-  return out;
-}
-
 } // namespace
 
 TEST(Export, AnUneditedScoreComesOutAsItWent) {

@@ -9,17 +9,6 @@
 using namespace scribo::musicxml;
 using namespace scoretest;
 
-namespace {
-
-std::vector<int32_t> Positions(const Frame& frame) {
-  std::vector<int32_t> out;
-  for (const auto& e : frame.entries)
-    out.push_back(e.position);
-  return out;
-}
-
-} // namespace
-
 TEST(Import, MelodyWithChordsRestsTiesAndAMeasureRest) {
   ImportedScore imported = ReadScoreFile(Example("melody-with-chords.musicxml"));
   const Score& score = imported.score;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -71,6 +72,14 @@ inline std::string SchemaErrors(const std::filesystem::path& file) {
     std::fclose(f);
   }
   return text.empty() ? "xmllint failed" : text;
+}
+
+// Positions of a frame's entries, in order.
+template <class FrameT> std::vector<int32_t> Positions(const FrameT& frame) {
+  std::vector<int32_t> out;
+  for (const auto& e : frame.entries)
+    out.push_back(e.position);
+  return out;
 }
 
 } // namespace scoretest
