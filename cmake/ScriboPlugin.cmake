@@ -6,10 +6,12 @@
 # the SDK (binding, text, utilities and, off macOS, the platform stand-in) and the bundle's `main`
 # are linked in, everything is compiled with hidden visibility, and the dynamic symbol table is
 # limited to the entry points, their aliases, `main` and the SDK's diagnostic counters.
+# PROBE builds a test or benchmark image instead: everything declared with default visibility
+# stays exported (probe functions a test calls by name), and no entry points are required.
 set(SCRIBO_PLUGIN_EXPORTS ${CMAKE_CURRENT_LIST_DIR}/ScriboPlugin.exports)
 
 function(scribopdk_add_plugin target)
-  cmake_parse_arguments(P "" "NAME;IDENTIFIER;DEVELOPMENT_REGION;OUTPUT_DIR" "SOURCES;RESOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(P "PROBE" "NAME;IDENTIFIER;DEVELOPMENT_REGION;OUTPUT_DIR" "SOURCES;RESOURCES;LIBS" ${ARGN})
   if(NOT P_NAME OR NOT P_IDENTIFIER OR NOT P_SOURCES)
     message(FATAL_ERROR "scribopdk_add_plugin needs NAME, IDENTIFIER and SOURCES")
   endif()
@@ -29,8 +31,11 @@ function(scribopdk_add_plugin target)
   add_library(${target} MODULE ${P_SOURCES} $<TARGET_OBJECTS:${entry}>)
   target_link_libraries(${target} PRIVATE ${sdk} ${P_LIBS})
   set_target_properties(${target} PROPERTIES CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON POSITION_INDEPENDENT_CODE ON)
-  target_link_options(${target} PRIVATE -Wl,--version-script=${SCRIBO_PLUGIN_EXPORTS} -Wl,--no-undefined)
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${SCRIBO_PLUGIN_EXPORTS})
+  target_link_options(${target} PRIVATE -Wl,--no-undefined)
+  if(NOT P_PROBE)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${SCRIBO_PLUGIN_EXPORTS})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${SCRIBO_PLUGIN_EXPORTS})
+  endif()
   scribo_bundle(TARGET ${target} NAME ${P_NAME} IDENTIFIER ${P_IDENTIFIER}
                 DEVELOPMENT_REGION ${P_DEVELOPMENT_REGION} OUTPUT_DIR ${P_OUTPUT_DIR} RESOURCES ${P_RESOURCES})
 endfunction()
