@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Records.h"
+#include "TextCodec.h"
 
 namespace scribo::host {
 
@@ -15,39 +16,6 @@ using musicxml::kLayerCount;
 using musicxml::Score;
 
 namespace {
-
-// UTF-8 to UTF-16 for staff names; malformed bytes become U+FFFD.
-std::u16string Utf16(const std::string& text) {
-  std::u16string out;
-  for (size_t i = 0; i < text.size();) {
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    uint32_t cp = 0xFFFD;
-    size_t length = c < 0x80 ? 1 : (c >> 5) == 6 ? 2 : (c >> 4) == 14 ? 3 : (c >> 3) == 30 ? 4 : 0;
-    if (length == 0 || i + length > text.size()) {
-      ++i;
-    } else {
-      cp = length == 1 ? c : c & (0x7F >> length);
-      bool valid = true;
-      for (size_t k = 1; k < length; ++k) {
-        unsigned char d = static_cast<unsigned char>(text[i + k]);
-        if ((d & 0xC0) != 0x80)
-          valid = false;
-        cp = (cp << 6) | (d & 0x3F);
-      }
-      if (!valid || cp > 0x10FFFF)
-        cp = 0xFFFD;
-      i += valid ? length : 1;
-    }
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-    } else {
-      out.push_back(static_cast<char16_t>(cp));
-    }
-  }
-  return out;
-}
 
 std::string MeasureName(const Score& score, int m) {
   const std::string& number = score.measures[m].number;
@@ -78,7 +46,7 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
   document.Clear();
   sourceOf_.clear();
   for (const auto& staff : score.staves)
-    if (document.AddStaff(Utf16(staff.name)) < 0)
+    if (document.AddStaff(engine::Utf8ToUtf16(staff.name)) < 0)
       throw std::runtime_error("the engine holds no more than 32767 staves");
   for (const auto& measure : score.measures) {
     engine::TimeSignature time =
