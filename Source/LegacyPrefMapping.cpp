@@ -99,9 +99,27 @@ bool FoldField(const tPrefMapRow& row, const unsigned char* record, tOtherRecord
   return true;
 }
 
-void ClearDoneMarks(tPrefMapTable& table) {
+// Visits the rows group by group: `visit(group, eachRow)` runs once per other record, in the
+// order of its first row, and `eachRow(fn)` calls fn on every row of that group and marks it
+// done, so each other record is read (and written) once per call. The done marks are cleared
+// first and all set at the end.
+template <class Visit> void ForEachGroup(tPrefMapTable& table, Visit visit) {
   for (int r = 0; r < table.rowCount; ++r)
     table.rows[r].done = 0;
+  for (int r = 0; r < table.rowCount; ++r) {
+    const tPrefMapRow& group = table.rows[r];
+    if (group.done)
+      continue;
+    visit(group, [&table, &group, r](auto&& fn) {
+      for (int s = r; s < table.rowCount; ++s) {
+        tPrefMapRow& row = table.rows[s];
+        if (row.done || !SameOtherRecord(group, row))
+          continue;
+        fn(row);
+        row.done = 1;
+      }
+    });
+  }
 }
 
 } // namespace
@@ -119,21 +137,11 @@ short LoadPrefTable(tPrefMapTable& table, void* buffer, uint32_t* size) {
   *size = table.recordSize;
 
   auto* record = static_cast<unsigned char*>(buffer);
-  ClearDoneMarks(table);
-  for (int r = 0; r < table.rowCount; ++r) {
-    const tPrefMapRow& group = table.rows[r];
-    if (group.done)
-      continue;
+  ForEachGroup(table, [record](const tPrefMapRow& group, auto eachRow) {
     tOtherRecord scratch;
     LoadOtherRecord(group, scratch); // a failed load leaves zeros, see the header
-    for (int s = r; s < table.rowCount; ++s) {
-      tPrefMapRow& row = table.rows[s];
-      if (row.done || !SameOtherRecord(group, row))
-        continue;
-      StoreField(row, scratch, record);
-      row.done = 1;
-    }
-  }
+    eachRow([&](const tPrefMapRow& row) { StoreField(row, scratch, record); });
+  });
   return 1;
 }
 
@@ -144,23 +152,13 @@ short SavePrefTable(tPrefMapTable& table, const void* buffer, uint32_t size) {
     return 0;
 
   const auto* record = static_cast<const unsigned char*>(buffer);
-  ClearDoneMarks(table);
-  for (int r = 0; r < table.rowCount; ++r) {
-    const tPrefMapRow& group = table.rows[r];
-    if (group.done)
-      continue;
+  ForEachGroup(table, [record](const tPrefMapRow& group, auto eachRow) {
     tOtherRecord scratch;
     const bool loaded = LoadOtherRecord(group, scratch);
     bool changed = false;
-    for (int s = r; s < table.rowCount; ++s) {
-      tPrefMapRow& row = table.rows[s];
-      if (row.done || !SameOtherRecord(group, row))
-        continue;
-      changed = FoldField(row, record, scratch) || changed;
-      row.done = 1;
-    }
+    eachRow([&](const tPrefMapRow& row) { changed = FoldField(row, record, scratch) || changed; });
     if (changed && loaded)
       SaveOtherRecord(group, scratch);
-  }
+  });
   return 1;
 }
