@@ -2,8 +2,6 @@
 // from the tables in hostcalls/.
 #include "HostFunctions.h"
 
-#include <type_traits>
-
 namespace sx::binding {
 const char kBlankText[2] = " ";
 }
@@ -35,9 +33,3 @@ namespace sxhost {
   }
 #include "hostcalls/HostCalls.def"
 } // namespace sxhost
-
-// The generated signatures have exactly the widths of the tables.
-#define SX_HOST(R, NAME, FALLBACK, ARGS)                                                           \
-  static_assert(std::is_same_v<decltype(&NAME), R(*) ARGS>, #NAME " does not match its table "     \
-                                                                  "row");
-#include "hostcalls/HostCalls.def"

@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "RecordTags.h"
+
 // "pfTP": the document's tuplet preferences, preference number 0.
-constexpr uint32_t kTupletPrefsTag = 0x70665450;
+constexpr uint32_t kTupletPrefsTag = FourCharTag("pfTP");
 // The tuplet detail record attached to the first entry of a tuplet (bytes 'E', 0x03, 'T', 'P').
 constexpr uint32_t kTupletDetailTag = 0x45035450;
 // The detail record's key index after the entry number: the record belongs to the entry itself.
