@@ -120,6 +120,17 @@ TEST_F(ExtensionTest, EnumerationListsOneMenuItemWithItsEnglishTexts) {
       EXPECT_EQ(Text(menu.text2), EnglishText("20000,2"));
       EXPECT_EQ(Text(menu.text3), EnglishText("20000,3"));
       EXPECT_EQ(+menu.itemValue, 1u);
+      // Only each text, its terminator and the field's last unit are written.
+      uint16_t fields[3][kMenuTextUnits];
+      std::memcpy(fields, &menu, sizeof fields);
+      for (const auto& field : fields) {
+        size_t end = 0;
+        while (field[end] != 0)
+          ++end;
+        for (size_t i = end + 1; i + 1 < kMenuTextUnits; ++i)
+          EXPECT_EQ(field[i], 0xABAB) << "unit " << i << " of a text was overwritten";
+        EXPECT_EQ(field[kMenuTextUnits - 1], 0);
+      }
     }
     for (short index : {short(1), short(2), short(32767)}) {
       tExtensionMenuRecord menu, untouched;
