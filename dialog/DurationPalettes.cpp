@@ -9,6 +9,11 @@ constexpr int32_t kShortestNoteValue = 64;         // a 64th note
 constexpr int32_t kLongestNoteValue = 8192 + 4096; // a dotted breve
 constexpr int32_t kNoButtonValue = 16384;          // what an empty palette stands for
 
+// The value of button k (0..7) of any palette, in TDU.
+constexpr int32_t PaletteValue(int k) {
+  return 8192 >> k;
+}
+
 } // namespace
 
 void ClearButtons(OpaqueCocoaWindow* dialog, int16_t firstButton, int16_t dottedBox) {

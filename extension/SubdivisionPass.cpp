@@ -7,10 +7,12 @@
 #include "HostFunctions.h"
 #include "UnevenSplitTuplet.h"
 
+namespace {
+
+// The one fixed, unlocalised text of the command, shown at most once per invocation when the
+// selection holds voice-2 material (which is never changed).
 const char kVoiceTwoWarningText[] =
     "The current selection contains some voice 2 entries.  These entries will not be changed.";
-
-namespace {
 
 bool bVoiceTwoWarning = true;
 

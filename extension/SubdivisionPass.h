@@ -7,10 +7,6 @@
 #include "HostTypes.h"
 #include "tSubdivideParam.h"
 
-// The one fixed, unlocalised text of the command, shown at most once per invocation when the
-// selection holds voice-2 material (which is never changed).
-extern const char kVoiceTwoWarningText[];
-
 // Allows the voice-2 warning to be shown once more; every invocation calls it before the pass.
 void ArmVoiceTwoWarning();
 

@@ -254,13 +254,18 @@ TEST_F(Dialog, PositionIsSavedAtCloseAndRestoredFromTheTopOfTheMainScreen) {
     Run({DialogAction::MoveTo(left, top)});
     return WinPos();
   };
+  // Where the host puts a dialog on a screen of this size: centred.
+  const auto centred = [](double width, double height) {
+    return TopLeft{int16_t((height - kDefaultDialogHeight) / 2),
+                   int16_t((width - kDefaultDialogWidth) / 2)};
+  };
   const auto reopen = [&] {
     Run({});
     return WinPos();
   };
   windows.SetMainScreen(ScreenRect{0, 0, 1440, 900});
   EXPECT_EQ(WinPos(), (TopLeft{32767, 32767})) << "nothing saved yet";
-  EXPECT_EQ(reopen(), (TopLeft{(900 - 360) / 2, (1440 - 480) / 2})) << "the host centres it";
+  EXPECT_EQ(reopen(), centred(1440, 900)) << "the host centres it";
   EXPECT_EQ(moveTo(100, 850), (TopLeft{50, 100}));
   // On a taller screen the dialog comes back 50 points below its top, at x = 100.
   windows.SetMainScreen(ScreenRect{0, 0, 1440, 1200});
@@ -272,7 +277,7 @@ TEST_F(Dialog, PositionIsSavedAtCloseAndRestoredFromTheTopOfTheMainScreen) {
   // A top or left of 32767 is no saved position: the host's placement stands.
   for (auto [left, top] : {std::pair(100.0, 1200.0 - 32767), std::pair(32767.0, 1000.0)}) {
     moveTo(left, top);
-    EXPECT_EQ(reopen(), (TopLeft{(1200 - 360) / 2, (1440 - 480) / 2}));
+    EXPECT_EQ(reopen(), centred(1440, 1200));
   }
   // Without a main screen its height counts as 0 both ways.
   windows.SetMainScreen(std::nullopt);
@@ -314,7 +319,7 @@ TEST_F(Dialog, OtherCodesItemsAndMessagesChangeNothing) {
       {273, kMinimumField, 0, 1},
       {273, kTargetField, 0x201L << 16, 1},
       {273, kDivisionsField, 0, 1},
-      {273, 0, 0, 1},
+      {273, kFirstItem - 1, 0, 1},
       {273, kLastItem + 1, 0, 1},
       {273, 0x10000 + kOK, 0, 1},
       {273, 0x10000 + kCancel, 0, 1},
