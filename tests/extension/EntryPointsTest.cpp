@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 
 #include "CommandTestHost.h"
 #include "StringsFile.h"
@@ -16,23 +17,12 @@ namespace {
 // A host that looks a name up in the bundle must find the entry points, their aliases, `main` and
 // the counters, and nothing else: an exported SX_ wrapper would be found in place of the host's.
 TEST(SubdivideNotesImage, ExportsExactlyTheEntryPointsAliasesMainAndCounters) {
-  const std::set<std::string> contract = {"main",
-                                          "ScriboExtensionVersion",
-                                          "ScriboExtensionInit",
-                                          "ScriboExtensionEnumerate_UTF16",
-                                          "ScriboExtensionInvoke",
-                                          "ScriboExtensionTerminate",
-                                          "ScriboExtensionGetMenuStatus",
-                                          "Ext_getversion",
-                                          "Ext_init",
-                                          "Ext_enumerate_UTF16",
-                                          "Ext_invoke",
-                                          "Ext_terminate",
-                                          "Ext_getmenustatus",
-                                          "LoadedTGFCounter",
-                                          "CanAddNoteRecordToRests",
-                                          "MassEditDepth",
-                                          "ScriboEditDepth"};
+  std::istringstream names(
+      "main ScriboExtensionVersion ScriboExtensionInit ScriboExtensionEnumerate_UTF16 "
+      "ScriboExtensionInvoke ScriboExtensionTerminate ScriboExtensionGetMenuStatus Ext_getversion "
+      "Ext_init Ext_enumerate_UTF16 Ext_invoke Ext_terminate Ext_getmenustatus LoadedTGFCounter "
+      "CanAddNoteRecordToRests MassEditDepth ScriboEditDepth");
+  const std::set<std::string> contract{std::istream_iterator<std::string>(names), {}};
   const auto bundle = scribotest::BuildDir() / "SubdivideNotes.bundle";
   // The defined names of the dynamic symbol table, as `nm` lists them: address, kind, name.
   FILE* nm = ::popen(
@@ -43,9 +33,6 @@ TEST(SubdivideNotesImage, ExportsExactlyTheEntryPointsAliasesMainAndCounters) {
     exported.insert(name);
   EXPECT_EQ(::pclose(nm), 0);
   EXPECT_EQ(exported, contract);
-  void* image = scribotest::LoadBundle(bundle);
-  for (const std::string& name : contract)
-    EXPECT_NE(dlsym(image, name.c_str()), nullptr) << name;
 }
 
 // Enumeration writes the three texts, each with its terminator and the field's last unit, and the
