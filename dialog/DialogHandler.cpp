@@ -1,6 +1,7 @@
 // The options dialog's handler: set-up, the user's actions, and closing.
 #include <cstdint>
 
+#include "DialogControls.h"
 #include "DialogItems.h"
 #include "DialogValidation.h"
 #include "DialogWindowPosition.h"
@@ -15,14 +16,6 @@ namespace {
 // Notification codes of message 273 (bits 16..31 of `extra`).
 constexpr uint16_t kNotifyClicked = 0;         // a button, radio, palette button or box was clicked
 constexpr uint16_t kNotifyFieldEdited = 0x202; // a text field's value was changed
-
-int32_t ControlValue(OpaqueCocoaWindow* dialog, int16_t item) {
-  return SX_GetDlgCntlVal(dialog, item, nullptr, 0, kScriboHostVersion);
-}
-
-void SetControl(OpaqueCocoaWindow* dialog, int16_t item, int32_t value) {
-  SX_SetDlgCntlVal(dialog, item, nullptr, value, kScriboHostVersion);
-}
 
 // Choosing a duration group's radio: always the other radio off first, then the group's on.
 void SelectGroup(OpaqueCocoaWindow* dialog, const DurationGroup& group) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "DialogControls.h"
 #include "DialogItems.h"
 #include "HostFunctions.h"
 
@@ -20,10 +21,6 @@ constexpr int32_t kLongestDuration = 8192; // a breve
 constexpr int32_t kFewestParts = 2;
 constexpr int32_t kMostParts = 32;
 constexpr int32_t kShortestTarget = 4;
-
-int32_t ControlValue(OpaqueCocoaWindow* dialog, int16_t item) {
-  return SX_GetDlgCntlVal(dialog, item, nullptr, 0, kScriboHostVersion);
-}
 
 bool Reject(OpaqueCocoaWindow* dialog, int32_t alert, int16_t focus) {
   SX_AlertMessage(dialog, kAlertRejected, alert, nullptr, kScriboHostVersion);

@@ -1,7 +1,7 @@
 #include "DurationPalettes.h"
 
+#include "DialogControls.h"
 #include "DialogItems.h"
-#include "HostFunctions.h"
 
 namespace {
 
@@ -9,12 +9,9 @@ constexpr int32_t kShortestNoteValue = 64;         // a 64th note
 constexpr int32_t kLongestNoteValue = 8192 + 4096; // a dotted breve
 constexpr int32_t kNoButtonValue = 16384;          // what an empty palette stands for
 
-int32_t ControlValue(OpaqueCocoaWindow* dialog, int16_t item) {
-  return SX_GetDlgCntlVal(dialog, item, nullptr, 0, kScriboHostVersion);
-}
-
-void SetControl(OpaqueCocoaWindow* dialog, int16_t item, int32_t value) {
-  SX_SetDlgCntlVal(dialog, item, nullptr, value, kScriboHostVersion);
+// The value of button k (0..7) of any palette, in TDU.
+constexpr int32_t PaletteValue(int k) {
+  return 8192 >> k;
 }
 
 } // namespace

@@ -23,8 +23,3 @@ void MatchTDUsToPalettes(OpaqueCocoaWindow* dialog, int16_t firstButton, int16_t
 
 // Turns the eight buttons off in increasing order, then the box unless `dottedBox` is 0.
 void ClearButtons(OpaqueCocoaWindow* dialog, int16_t firstButton, int16_t dottedBox);
-
-// The value of button k (0..7) of any palette, in TDU.
-constexpr int32_t PaletteValue(int k) {
-  return 8192 >> k;
-}

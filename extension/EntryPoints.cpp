@@ -1,5 +1,6 @@
 // The six functions through which the host drives the plug-in, and their Ext_ aliases. They are
 // the bundle's only exported code besides `main`; nothing here throws.
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -41,18 +42,20 @@ int32_t ScriboExtensionInit(void* hostData, uint32_t* initFlags) {
 int32_t ScriboExtensionEnumerate_UTF16(void* hostData, short index, tExtensionMenuRecord* menu) {
   if (index > 0 || menu == nullptr) // one menu item only
     return 0;
-  // The texts are fetched into plain buffers and copied into the packed host record whole, so
-  // each field holds its text and zeros after the terminator.
-  unsigned short texts[3][kMenuTextUnits] = {};
-  PlugIn_GetStringResource(kMenuText1ID, texts[0], kMenuTextUnits);
-  PlugIn_GetStringResource(kMenuText2ID, texts[1], kMenuTextUnits);
-  PlugIn_GetStringResource(kMenuText3ID, texts[2], kMenuTextUnits);
-  tExtensionMenuRecord filled;
-  std::memcpy(filled.text1, texts[0], sizeof filled.text1);
-  std::memcpy(filled.text2, texts[1], sizeof filled.text2);
-  std::memcpy(filled.text3, texts[2], sizeof filled.text3);
-  filled.itemValue = kMenuItemValue;
-  std::memcpy(menu, &filled, sizeof filled);
+  // Each text is fetched straight into its field: the lookup writes the text, its terminator and
+  // the field's last unit, and every other byte of the host's record stays as the host left it.
+  auto* record = reinterpret_cast<unsigned char*>(menu);
+  const struct {
+    int id;
+    size_t offset;
+  } texts[] = {{kMenuText1ID, offsetof(tExtensionMenuRecord, text1)},
+               {kMenuText2ID, offsetof(tExtensionMenuRecord, text2)},
+               {kMenuText3ID, offsetof(tExtensionMenuRecord, text3)}};
+  for (const auto& text : texts)
+    PlugIn_GetStringResource(text.id, reinterpret_cast<unsigned short*>(record + text.offset),
+                             kMenuTextUnits);
+  const uint32_t itemValue = kMenuItemValue;
+  std::memcpy(record + offsetof(tExtensionMenuRecord, itemValue), &itemValue, sizeof itemValue);
   return 1;
 }
 

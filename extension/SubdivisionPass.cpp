@@ -7,10 +7,12 @@
 #include "HostFunctions.h"
 #include "UnevenSplitTuplet.h"
 
+namespace {
+
+// The one fixed, unlocalised text of the command, shown at most once per invocation when the
+// selection holds voice-2 material (which is never changed).
 const char kVoiceTwoWarningText[] =
     "The current selection contains some voice 2 entries.  These entries will not be changed.";
-
-namespace {
 
 bool bVoiceTwoWarning = true;
 
@@ -51,12 +53,8 @@ void FillRunCopies(EXENTRY* entries, int index, int parts) {
   }
 }
 
-} // namespace
-
-void ArmVoiceTwoWarning() {
-  bVoiceTwoWarning = true;
-}
-
+// How many parts an entry of `actualDuration` TDU is split into under `param`, or 0 when it is
+// not split (outside the duration range, or no whole number of target parts within 10 TDU).
 int PartsForEntry(int32_t actualDuration, const tSubdivideParam& param) {
   if (actualDuration < param.minDuration || actualDuration > param.maxDuration)
     return 0;
@@ -74,6 +72,9 @@ int PartsForEntry(int32_t actualDuration, const tSubdivideParam& param) {
   return static_cast<int>(parts);
 }
 
+// Splits the qualifying notes of one loaded frame whose positions lie in
+// [rangeStart, rangeEnd]; the scan stops at the first entry past rangeEnd. Entries created by a
+// split are not examined again. Returns whether any entry was split (the frame needs saving).
 bool SubdivideFrame(EXTGF2005a* frame, int32_t rangeStart, int32_t rangeEnd,
                     const tSubdivideParam& param) {
   bool changed = false;
@@ -132,6 +133,12 @@ bool SubdivideFrame(EXTGF2005a* frame, int32_t rangeStart, int32_t rangeEnd,
     i += parts;
   }
   return changed;
+}
+
+} // namespace
+
+void ArmVoiceTwoWarning() {
+  bVoiceTwoWarning = true;
 }
 
 short RunSubdivisionPass(EREGION* region, const tSubdivideParam& param, short layerCount) {

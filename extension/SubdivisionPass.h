@@ -7,22 +7,8 @@
 #include "HostTypes.h"
 #include "tSubdivideParam.h"
 
-// The one fixed, unlocalised text of the command, shown at most once per invocation when the
-// selection holds voice-2 material (which is never changed).
-extern const char kVoiceTwoWarningText[];
-
 // Allows the voice-2 warning to be shown once more; every invocation calls it before the pass.
 void ArmVoiceTwoWarning();
-
-// How many parts an entry of `actualDuration` TDU is split into under `param`, or 0 when it is
-// not split (outside the duration range, or no whole number of target parts within 10 TDU).
-int PartsForEntry(int32_t actualDuration, const tSubdivideParam& param);
-
-// Splits the qualifying notes of one loaded frame whose positions lie in
-// [rangeStart, rangeEnd]; the scan stops at the first entry past rangeEnd. Entries created by a
-// split are not examined again. Returns whether any entry was split (the frame needs saving).
-bool SubdivideFrame(EXTGF2005a* frame, int32_t rangeStart, int32_t rangeEnd,
-                    const tSubdivideParam& param);
 
 // Walks the region measure by measure, staff by staff and shown layer by shown layer (layers
 // 0 .. layerCount-1), holding one frame at a time: load, split, save if changed, free. If any

@@ -7,8 +7,8 @@
 
 namespace {
 constexpr int kLargestTupletUnit = 8192; // a breve
-} // namespace
 
+// The smallest power of two greater than `quotient`, at most a breve; 1 for a quotient below 1.
 int16_t TupletUnitFor(int quotient) {
   int unit = 1;
   while (unit < kLargestTupletUnit && unit <= quotient)
@@ -16,14 +16,16 @@ int16_t TupletUnitFor(int quotient) {
   return static_cast<int16_t>(unit);
 }
 
-bool MakeUnevenSplitTuplet(EXENTRY* entry, int parts) {
+} // namespace
+
+void MakeUnevenSplitTuplet(EXENTRY* entry, int parts) {
   // The preferences are read for every tuplet: the user may change them between two splits.
   EDTTuplet prefs{};
   uint16_t prefsKey[1] = {0};
   uint32_t size = sizeof prefs;
   if (SX_LoadEData(kTupletPrefsTag, prefsKey, &prefs, &size, kScriboHostVersion) == 0 ||
       size != sizeof prefs)
-    return false;
+    return;
 
   const int16_t duration = entry->duration;
   const int16_t unit = TupletUnitFor(duration / parts);
@@ -39,10 +41,9 @@ bool MakeUnevenSplitTuplet(EXENTRY* entry, int parts) {
   static_assert(sizeof keyWords == sizeof key);
   std::memcpy(keyWords, &key, sizeof key);
   if (SX_CreateEData(kTupletDetailTag, keyWords, &tuplet, sizeof tuplet, kScriboHostVersion) == 0)
-    return false;
+    return;
 
   // The pass divides this by `parts`, so every note of the run is notated as `unit`.
   entry->duration = static_cast<int16_t>(unit * parts);
   entry->flags = entry->flags | kEntryTupletStart;
-  return true;
 }

@@ -4,14 +4,10 @@
 
 #include "EXTGF2005a.h"
 
-// The smallest power of two greater than `quotient`, at most 8192 (a breve). 1 for a quotient
-// below 1.
-int16_t TupletUnitFor(int quotient);
-
 // For `entry` (in its frame, with its parts-1 new slots already inserted after it), loads the
 // document's "pfTP" preference record 0 afresh, creates the tuplet detail record keyed by the
 // entry's number, and on success sets the entry's duration to unit * parts and its tuplet-start
 // bit. With no 30-byte preference record, or when the host refuses the detail record, the entry
-// is left untouched. Returns whether the tuplet was made.
+// is left untouched (its run is then notated with truncated durations).
 // Thread: host's main thread.
-bool MakeUnevenSplitTuplet(EXENTRY* entry, int parts);
+void MakeUnevenSplitTuplet(EXENTRY* entry, int parts);

@@ -1,301 +1,341 @@
-// The options dialog run by the reference engine as a host runs it: set-up, the user's actions,
-// validation on OK, and what is remembered after OK and Cancel.
+// The options dialog run by the reference engine as a host runs it, in a fresh image of the
+// dialog probe for every test (as if the host had just started): the first opening, the checks on
+// OK, the palettes, what is remembered after OK and Cancel (settings and position), and what a
+// host may send that this one never does.
+#include <algorithm>
 #include <cstdlib>
-#include <map>
-#include <sstream>
+#include <tuple>
 
-#include "DialogTestHost.h"
+#include "CommandTestHost.h"
+#include "SubdivisionDialogState.h"
 
-using namespace dialogtest;
-using scribo::engine::DialogEnd;
-using scribo::engine::HostCall;
+using namespace commandtest;
 
 namespace {
 
-constexpr tSubdivideParam kDefaults{64, 8192, 1024, 0, 1, 0};
 constexpr tSubdivideParam kUntouched{-7, -7, -7, -7, -7, -7};
+using Values = std::vector<std::pair<int16_t, int32_t>>;
 
-// A script in words: "min=0" types into a field, "all" clicks an item.
-std::vector<DialogAction> Script(const std::string& words) {
-  static const std::map<std::string, int16_t> kNames = {
-      {"min", kMinField},       {"max", kMaxField},
-      {"target", kTargetField}, {"parts", kPartsField},
-      {"all", kAllDurations},   {"byDivisions", kByDivisions},
-      {"byTarget", kByTarget},  {"ok", kOK},
-      {"cancel", kCancel}};
-  std::vector<DialogAction> script;
-  std::istringstream in(words);
-  for (std::string word; in >> word;) {
-    const auto eq = word.find('=');
-    const int16_t item = kNames.at(word.substr(0, eq));
-    script.push_back(eq == std::string::npos ? Click(item) : Type(item, word.substr(eq + 1)));
-  }
-  return script;
-}
-
-void ExpectFinal(const DialogRecord& d, std::vector<std::pair<int16_t, int32_t>> values) {
+// Checks that the dialog's items hold these values.
+void Expect(const DialogView& view, const Values& values) {
   for (auto [item, value] : values)
-    EXPECT_EQ(FinalValue(d, item), value) << "item " << item;
+    EXPECT_EQ(view.Find(item) ? view.Find(item)->value : -1, value) << "item " << item;
+}
+// What a duration group's palette shows for button k (-1: none) and its dotted box.
+Values Palette(const DurationGroup& group, int k, bool dotted) {
+  Values values{{group.dottedBox, dotted ? 1 : 0}};
+  for (int i = 0; i < kPaletteSize; ++i)
+    values.emplace_back(int16_t(group.firstButton + i), i == k ? 1 : 0);
+  return values;
 }
 
-} // namespace
-
-TEST_F(DialogHost, FirstOpeningShowsTheDefaultsAndCancelChangesNothing) {
-  Init();
-  tSubdivideParam out = kUntouched;
-  EXPECT_EQ(RunScript({}, &out), 0);
-  EXPECT_TRUE(SameParam(out, kUntouched)) << "out must stay untouched";
-
-  const DialogRecord& d = LastDialog();
-  EXPECT_EQ(d.resource, 20256);
-  EXPECT_EQ(d.end, DialogEnd::ByCancel);
-  ExpectFinal(d, {{kMinField, 64}, {kMaxField, 8192}, {kTargetField, 1024}});
-  ExpectFinal(d, {{kMinDotted, 0}, {kMaxDotted, 0}, {kTargetDotted, 0}});
-  ExpectFinal(d, {{kAllDurations, 1}, {kDurationRange, 0}, {kByDivisions, 0}, {kByTarget, 1}});
-  auto value = [&](int16_t item) { return FinalValue(d, item); };
-  EXPECT_EQ(PaletteBits(value, kMinPalette), "00000001");    // the 64th note
-  EXPECT_EQ(PaletteBits(value, kMaxPalette), "10000000");    // the breve
-  EXPECT_EQ(PaletteBits(value, kTargetPalette), "00010000"); // the quarter
-  EXPECT_EQ(d.finalState.Find(kPartsField)->text, "") << "no parts chosen: the field is empty";
-
-  // 272 answers 1, the host's Cancel 1, closing 0.
-  ASSERT_EQ(d.messages.size(), 3u);
-  EXPECT_EQ(d.messages[0].message, 272u);
-  EXPECT_EQ(d.messages[0].result, 1);
-  EXPECT_EQ(d.messages[1].item, kCancel);
-  EXPECT_EQ(d.messages[1].result, 1);
-  EXPECT_EQ(d.messages[2].message, 2u);
-  EXPECT_EQ(d.messages[2].result, 0);
-  EXPECT_TRUE(SameParam(*probe_.state(), kDefaults));
-}
-
-TEST_F(DialogHost, ResourceLabelsEveryItemInTheUsersLanguage) {
-  Init();
-  tSubdivideParam out{};
-  RunScript({}, &out);
-  const auto& view = LastDialog().finalState;
-  ASSERT_EQ(view.controls.size(), 48u);
-  for (int16_t id = 1; id <= 48; ++id) {
-    const auto* c = view.Find(id);
-    ASSERT_NE(c, nullptr) << "item " << id;
-    EXPECT_EQ(c->labelKey, "20256," + std::to_string(id));
-    EXPECT_NE(c->label, c->labelKey) << "no text for item " << id;
+class Dialog : public HostTest {
+protected:
+  void SetUp() override {
+    HostTest::SetUp();
+    const std::string name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    copy_ = scribotest::FreshBundleCopy(DIALOG_PROBE_BUNDLE, "dialog-" + name);
+    // The image stays loaded, as in a host: its binding keeps the engine bundle for the process.
+    void* image = LoadAndStart(copy_);
+    run_ = Export<short (*)(tSubdivideParam*)>(image, "ProbeRunDialog");
+    openDialog_ = Export<OpaqueCocoaWindow* (*)()>(image, "ProbeOpenDialog");
+    handler_ = Export<SF_DialogHandlerProcPtr (*)()>(image, "ProbeHandler")();
+    state_ = Export<tSubdivideParam* (*)()>(image, "ProbeDialogState")();
+    winPos_ = Export<void (*)(int16_t*)>(image, "ProbeWinPos");
   }
-  // The two radio pairs are separate groups.
-  EXPECT_EQ(view.Find(3)->group, view.Find(4)->group);
-  EXPECT_EQ(view.Find(13)->group, view.Find(16)->group);
-  EXPECT_NE(view.Find(3)->group, view.Find(13)->group);
-  // Palette buttons name their note values, the same in all three palettes.
-  EXPECT_EQ(view.Find(25)->label, "Breve");
-  EXPECT_EQ(view.Find(36)->label, "Quarter note");
-  EXPECT_EQ(view.Find(48)->label, "64th note");
-  EXPECT_EQ(view.Find(6)->label, "Dotted");
+  void TearDown() override {
+    HostTest::TearDown();
+    std::filesystem::remove_all(copy_.parent_path());
+  }
+  // Runs the dialog as an invocation does, with a script (none: the host presses Cancel at once);
+  // what the user then sees is LastDialog().finalState.
+  short Run(DialogScript script, tSubdivideParam* out = nullptr) {
+    engine().QueueDialogScript(std::move(script));
+    return run_(out);
+  }
+  // The remembered position: top, left.
+  std::array<int16_t, 2> WinPos() const {
+    std::array<int16_t, 2> topLeft{};
+    winPos_(topLeft.data());
+    return topLeft;
+  }
 
-  ::setenv("LC_ALL", "de_DE.UTF-8", 1);
-  RunScript({}, &out);
-  ::setenv("LC_ALL", "C", 1);
-  EXPECT_EQ(LastDialog().finalState.Find(25)->label, "Brevis");
-  EXPECT_EQ(LastDialog().finalState.Find(2)->label, "Abbrechen");
-}
+  std::filesystem::path copy_;
+  short (*run_)(tSubdivideParam*) = nullptr;
+  OpaqueCocoaWindow* (*openDialog_)() = nullptr;
+  SF_DialogHandlerProcPtr handler_ = nullptr;
+  tSubdivideParam* state_ = nullptr;
+  void (*winPos_)(int16_t*) = nullptr;
+};
 
-TEST_F(DialogHost, HandleIsMadeOnceAndWithoutItNoDialogRuns) {
+TEST_F(Dialog, FirstOpeningShowsTheDefaultsLabelledInTheUsersLanguage) {
   tSubdivideParam out = kUntouched;
-  EXPECT_EQ(probe_.handlerHandle(), nullptr);
-  EXPECT_EQ(probe_.specify(nullptr, &out), 0);
-  EXPECT_EQ(Engine::Instance().CallCount(HostCall::Dialog), 0);
-  EXPECT_EQ(out.minDuration, -7);
+  EXPECT_EQ(Run({}, &out), 0);
+  EXPECT_EQ(Fields(out), Fields(kUntouched)) << "a cancelled dialog hands out nothing";
+  const DialogView& shown = LastDialog().finalState;
+  Expect(shown, {{kMinimumField, 64}, {kMaximumField, 8192}, {kTargetField, 1024}});
+  Expect(shown, {{kAllDurations, 1}, {kDurationRange, 0}, {kByDivisions, 0}, {kByTarget, 1}});
+  Expect(shown, Palette(kMinimumGroup, 7, false)); // the 64th note
+  Expect(shown, Palette(kMaximumGroup, 0, false)); // the breve
+  Expect(shown, Palette(kTargetGroup, 3, false));  // the quarter
+  EXPECT_EQ(shown.Find(kDivisionsField)->text, "") << "no parts chosen: an empty field";
+  std::vector<std::tuple<unsigned, long, int>> answers;
+  for (const DialogMessage& m : LastDialog().messages)
+    answers.emplace_back(m.message, m.item, m.result);
+  EXPECT_EQ(answers, (decltype(answers){{272, 0, 1}, {273, kCancel, 1}, {2, 0, 0}}));
 
-  EXPECT_EQ(probe_.init(), 1);
-  const SF_DialogHandlerUPP handle = probe_.handlerHandle();
-  EXPECT_EQ(handle, probe_.handler());
-  EXPECT_EQ(probe_.init(), 1);
-  EXPECT_EQ(probe_.handlerHandle(), handle);
-  EXPECT_TRUE(Engine::Instance().Alerts().empty()) << "the engine is a Mach-O-like host";
+  // Every item is labelled from the strings table, in the user's language.
+  for (auto [locale, cancel] : {std::pair("C", "Cancel"), std::pair("de_DE.UTF-8", "Abbrechen")}) {
+    ::setenv("LC_ALL", locale, 1);
+    Run({});
+    for (const DialogControl& c : LastDialog().finalState.controls)
+      EXPECT_NE(c.label, std::to_string(kResourceID) + "," + std::to_string(c.id))
+          << locale << ": no text for " << c.id;
+    EXPECT_EQ(LastDialog().finalState.controls.size(), size_t(kLastItem));
+    EXPECT_EQ(LastDialog().finalState.Find(kCancel)->label, cancel);
+  }
+  ::setenv("LC_ALL", "C", 1);
 }
 
-TEST_F(DialogHost, AcceptedRunWidensTheRangeOnItsCopyOnly) {
-  Init();
-  tSubdivideParam out{};
-  EXPECT_EQ(RunScript(Script("ok"), &out), 1);
-  EXPECT_EQ(LastDialog().end, DialogEnd::ByHandler);
-  EXPECT_TRUE(SameParam(out, tSubdivideParam{1, 0x7FFFFFFF, 1024, 0, 1, 0}));
-  EXPECT_TRUE(SameParam(*probe_.state(), kDefaults)) << "the dialog keeps the typed range";
-
-  // With the range selected the copy carries it unchanged.
-  EXPECT_EQ(RunScript(Script("min=256 max=2048 ok"), &out), 1);
-  EXPECT_TRUE(SameParam(out, tSubdivideParam{256, 2048, 1024, 0, 0, 0}));
-  EXPECT_EQ(RunScript(Script("parts=3 ok"), &out), 1);
-  EXPECT_TRUE(SameParam(out, tSubdivideParam{256, 2048, 1024, 3, 0, 1}));
-}
-
-TEST_F(DialogHost, OkChecksTheEntriesInOrderWithAlertAndFocus) {
-  Init();
+TEST_F(Dialog, OkChecksTheEntriesInOrderWithAlertAndFocus) {
   struct Case {
-    const char* script; // before OK, from the defaults
-    int alert;          // 0x4EA0000n; 0: accepted
+    DialogScript script; // played before OK, from the defaults
+    int alert;           // n of alert 20128,n; 0: accepted
     int16_t focus;
   };
   const Case cases[] = {
-      {"", 0, 0},
+      {{}, 0, 0},
       // The range: each end within 1..8192, the minimum reported first.
-      {"min=0", 1, kMinField},
-      {"min=8193", 1, kMinField},
-      {"min=0 max=9000", 1, kMinField},
-      {"min=1 max=8192", 0, 0},
-      {"max=0", 2, kMaxField},
-      {"max=8193", 2, kMaxField},
-      {"min=2048 max=1024", 3, kMaxField},
-      {"min=8192 max=4096", 3, kMinField},
-      {"min=0 all", 0, 0}, // a bad minimum is ignored with all durations
+      {{Type(kMinimumField, 0)}, 1, kMinimumField},
+      {{Type(kMinimumField, 8193)}, 1, kMinimumField},
+      {{Type(kMinimumField, 0), Type(kMaximumField, 9000)}, 1, kMinimumField},
+      {{Type(kMinimumField, 1), Type(kMaximumField, 8192)}, 0, 0},
+      {{Type(kMaximumField, 0)}, 2, kMaximumField},
+      {{Type(kMaximumField, 8193)}, 2, kMaximumField},
+      {{Type(kMinimumField, 2048), Type(kMaximumField, 1024)}, 3, kMaximumField},
+      {{Type(kMinimumField, 8192), Type(kMaximumField, 4096)}, 3, kMinimumField},
+      // A bad minimum is ignored with all durations.
+      {{Type(kMinimumField, 0), Click(kAllDurations)}, 0, 0},
       // The target: 4 .. 8192 and not above the maximum.
-      {"target=0", 4, kPartsField},
-      {"target=3", 4, kPartsField},
-      {"target=4", 0, 0},
-      {"target=8192", 0, 0},
-      {"target=8193", 6, kMinField},
-      {"min=64 max=2048 target=4096", 6, kMinField},
-      {"min=64 max=2048 target=2048", 0, 0},
-      {"parts=99 byTarget", 0, 0}, // the parts field is not checked in target mode
+      {{Type(kTargetField, 0)}, 4, kDivisionsField},
+      {{Type(kTargetField, 3)}, 4, kDivisionsField},
+      {{Type(kTargetField, 4)}, 0, 0},
+      {{Type(kTargetField, 8192)}, 0, 0},
+      {{Type(kTargetField, 8193)}, 6, kMinimumField},
+      {{Type(kMaximumField, 2048), Type(kTargetField, 4096)}, 6, kMinimumField},
+      {{Type(kMaximumField, 2048), Type(kTargetField, 2048)}, 0, 0},
+      // The parts field is not checked in target mode, nor the target in divisions mode.
+      {{Type(kDivisionsField, 99), Click(kByTarget)}, 0, 0},
+      {{Type(kTargetField, 0), Type(kDivisionsField, 2)}, 0, 0},
       // Divisions: 2 .. 32.
-      {"byDivisions", 4, kPartsField},
-      {"parts=1", 4, kPartsField},
-      {"parts=33", 4, kPartsField},
-      {"parts=2", 0, 0},
-      {"parts=32", 0, 0},
-      {"target=0 parts=2", 0, 0}, // the target field is not checked in divisions mode
+      {{Click(kByDivisions)}, 4, kDivisionsField},
+      {{Type(kDivisionsField, 1)}, 4, kDivisionsField},
+      {{Type(kDivisionsField, 33)}, 4, kDivisionsField},
+      {{Type(kDivisionsField, 2)}, 0, 0},
+      {{Type(kDivisionsField, 32)}, 0, 0},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.script);
-    *probe_.state() = kDefaults;
+    SCOPED_TRACE(&c - cases);
+    *state_ = kDefaultDialogState;
     tSubdivideParam out = kUntouched;
-    const short result = RunScript(Script(std::string(c.script) + " ok"), &out);
+    DialogScript script = c.script;
+    script.push_back(Click(kOK));
+    const short result = Run(script, &out);
+
     const DialogRecord& d = LastDialog();
     const auto& alerts = d.finalState.alerts;
-    if (c.alert == 0) {
-      EXPECT_EQ(result, 1);
-      EXPECT_EQ(d.end, DialogEnd::ByHandler);
-      EXPECT_TRUE(alerts.empty());
-      EXPECT_TRUE(d.focusChanges.empty());
-      EXPECT_EQ(out.targetDuration, probe_.state()->targetDuration);
-      EXPECT_EQ(out.divisions, probe_.state()->divisions);
-    } else {
-      EXPECT_EQ(result, 0);
-      EXPECT_EQ(out.minDuration, -7);
-      EXPECT_EQ(d.end, DialogEnd::ByCancel) << "a rejected OK leaves the dialog open";
-      ASSERT_EQ(alerts.size(), 1u);
+    EXPECT_EQ(result, c.alert == 0 ? 1 : 0);
+    EXPECT_EQ(d.end, c.alert == 0 ? DialogEnd::ByHandler : DialogEnd::ByCancel)
+        << "a rejected OK leaves the dialog open";
+    EXPECT_EQ(out.targetDuration, c.alert == 0 ? state_->targetDuration : -7);
+    EXPECT_EQ(out.divisions, c.alert == 0 ? state_->divisions : -7);
+    EXPECT_EQ(d.focusChanges, c.alert == 0 ? std::vector<int16_t>{} : std::vector{c.focus});
+    ASSERT_EQ(alerts.size(), c.alert == 0 ? 0u : 1u);
+    if (c.alert != 0) {
       EXPECT_EQ(alerts[0].kind, 16);
-      EXPECT_EQ(alerts[0].identifier, 0x4EA00000 + c.alert);
+      EXPECT_EQ(alerts[0].identifier, (20128 << 16) + c.alert);
       EXPECT_EQ(alerts[0].key, "20128," + std::to_string(c.alert));
       EXPECT_NE(alerts[0].resolved, alerts[0].key) << "the alert text is in the strings table";
-      EXPECT_EQ(d.focusChanges, std::vector<int16_t>{c.focus});
     }
-    // OK answers 1 whether it was accepted or not.
-    for (const auto& m : d.messages) {
-      if (m.message == 273 && m.item == kOK) {
-        EXPECT_EQ(m.result, 1);
-      }
-    }
+    const auto ok = std::ranges::find(d.messages, long(kOK), &DialogMessage::item);
+    ASSERT_NE(ok, d.messages.end());
+    EXPECT_EQ(ok->result, 1) << "OK answers 1, accepted or not";
   }
 }
 
-TEST_F(DialogHost, CancelKeepsWhatWasTypedForTheNextOpening) {
-  Init();
+TEST_F(Dialog, EveryNoteValueRoundTripsThroughEachPalette) {
+  for (const DurationGroup& g : {kMinimumGroup, kMaximumGroup, kTargetGroup}) {
+    // Plays `script` after turning the group's radio off: the dialog then shows `values`, the
+    // group's radio on again and, when given, `text` in the field; every action answers 1.
+    auto expect = [&](DialogScript script, Values values, const std::string& text = "") {
+      script.insert(script.begin(), Click(g.radioOff));
+      Run(std::move(script));
+      values.insert(values.end(), {{g.radioOn, 1}, {g.radioOff, 0}});
+      Expect(LastDialog().finalState, values);
+      EXPECT_TRUE(text.empty() || LastDialog().finalState.Find(g.field)->text == text) << text;
+      for (const DialogMessage& m : LastDialog().messages)
+        EXPECT_TRUE(m.message != 273 || m.result == 1) << "item " << m.item << " answered 0";
+    };
+    for (int k = 0; k < kPaletteSize; ++k) {
+      SCOPED_TRACE(testing::Message() << "field " << g.field << " button " << k);
+      const int next = (k + 1) % kPaletteSize;
+      const int32_t base = 8192 >> k, dotted = base + base / 2;
+      // A leading zero shows whether the field is written again: a write would drop it.
+      const auto type = [&](int32_t v) {
+        return DialogAction::TypeText(g.field, "0" + std::to_string(v));
+      };
+      const auto click = [&](int i) { return Click(int16_t(g.firstButton + i)); };
+      auto shown = [&](int button, bool dot, int32_t value) {
+        Values values = Palette(g, button, dot);
+        values.emplace_back(g.field, value);
+        return values;
+      };
+      expect({type(base)}, shown(k, false, base));
+      expect({type(dotted)}, shown(k, true, dotted));
+      // The same button again leaves the field as typed.
+      expect({type(base), Click(g.radioOff), click(k)}, shown(k, false, base),
+             "0" + std::to_string(base));
+      // Another button keeps the dot; the box alone takes it off again.
+      expect({type(dotted), Click(g.radioOff), click(next), Click(g.radioOff),
+              DialogAction::Toggle(g.dottedBox)},
+             shown(next, false, 8192 >> next));
+    }
+    // Values that are no note value turn the palette and the box off: 100 lies in range but is
+    // neither 64 nor 96; 3000 has 2048 as its highest bit but is neither 2048 nor 3072; an empty
+    // field reads 0.
+    for (const char* value : {"63", "12289", "0", "100", "3000", "6145", "", "-1024"})
+      expect({DialogAction::TypeText(g.field, "1536"), DialogAction::TypeText(g.field, value)},
+             Palette(g, -1, false));
+  }
+  // A box without a button stands for 16384, dotted 24576: values OK rejects.
+  Run({DialogAction::TypeText(kMinimumField, "3000"), DialogAction::Toggle(kMinimumDotted),
+       Click(kOK)});
+  Expect(LastDialog().finalState, {{kMinimumField, 24576}});
+  ASSERT_EQ(LastDialog().finalState.alerts.size(), 1u);
+  EXPECT_EQ(LastDialog().finalState.alerts[0].key, "20128,1");
+  Run({DialogAction::Toggle(kMinimumDotted), DialogAction::Toggle(kMinimumDotted)});
+  Expect(LastDialog().finalState, {{kMinimumField, 16384}});
+}
+
+TEST_F(Dialog, RadiosWorkInPairsAndWhatWasTypedIsShownAgain) {
+  Run({Click(kByDivisions), Click(kDurationRange)});
+  Expect(LastDialog().finalState,
+         {{kByDivisions, 1}, {kByTarget, 0}, {kAllDurations, 0}, {kDurationRange, 1}});
+  Run({Click(kByTarget), Click(kAllDurations)});
+  Expect(LastDialog().finalState,
+         {{kByDivisions, 0}, {kByTarget, 1}, {kAllDurations, 1}, {kDurationRange, 0}});
+
   tSubdivideParam out = kUntouched;
-  EXPECT_EQ(RunScript(Script("min=3000 cancel"), &out), 0);
-  EXPECT_EQ(LastDialog().end, DialogEnd::ByHandler);
-  EXPECT_EQ(out.minDuration, -7) << "a cancelled run hands out nothing";
-  EXPECT_TRUE(SameParam(*probe_.state(), tSubdivideParam{3000, 8192, 1024, 0, 0, 0}));
-
-  RunScript({}, &out);
-  ExpectFinal(LastDialog(),
-              {{kMinField, 3000}, {kMinDotted, 0}, {kAllDurations, 0}, {kDurationRange, 1}});
-  EXPECT_EQ(PaletteBits([&](int16_t item) { return FinalValue(LastDialog(), item); }, kMinPalette),
-            "00000000");
-
-  // Divisions typed before a Cancel come back in the parts field as a number.
-  RunScript(Script("parts=7"), &out);
-  RunScript({}, &out);
-  EXPECT_EQ(LastDialog().finalState.Find(kPartsField)->text, "7");
-  ExpectFinal(LastDialog(), {{kByDivisions, 1}, {kByTarget, 0}});
-
-  // A rejected entry can be corrected and then accepted.
-  EXPECT_EQ(RunScript(Script("target=2 ok target=512 ok"), &out), 1);
-  EXPECT_EQ(LastDialog().finalState.alerts.size(), 1u);
-  EXPECT_EQ(out.targetDuration, 512);
-  EXPECT_EQ(out.byDivisions, 0);
+  EXPECT_EQ(Run({Type(kMinimumField, 3000), Click(kCancel)}, &out), 0);
+  EXPECT_EQ(Fields(out), Fields(kUntouched));
+  Run({Type(kDivisionsField, 7)});
+  Run({});
+  const DialogView& shown = LastDialog().finalState;
+  Expect(shown, {{kMinimumField, 3000}, {kAllDurations, 0}, {kDurationRange, 1}});
+  Expect(shown, {{kByDivisions, 1}, {kByTarget, 0}});
+  Expect(shown, Palette(kMinimumGroup, -1, false));
+  EXPECT_EQ(shown.Find(kDivisionsField)->text, "7");
+  // With all durations the run gets every duration; the dialog keeps showing the typed range.
+  EXPECT_EQ(Run({Type(kMinimumField, 256), Type(kMaximumField, 2048), Type(kTargetField, 512),
+                 Click(kAllDurations), Click(kOK)},
+                &out),
+            1);
+  EXPECT_EQ(Fields(out), (std::array<int32_t, 6>{1, kNoUpperBound, 512, 7, 1, 0}));
+  Run({});
+  Expect(LastDialog().finalState,
+         {{kMinimumField, 256}, {kMaximumField, 2048}, {kAllDurations, 1}, {kByTarget, 1}});
 }
 
-TEST_F(DialogHost, ActionsKeepRadiosFieldsAndPalettesInStep) {
-  Init(true);
-  tSubdivideParam out{};
-  RunSteps(
-      {// A palette click sets the field and selects the range; another button keeps the dot.
-       Do(Click(kMinPalette + 3)), Expect({{kMinField, 1024}, {3, 0}, {4, 1}}),
-       ExpectPalette(kMinPalette, "00010000"), Do(Toggle(kMinDotted)), Expect({{kMinField, 1536}}),
-       Do(Click(kMinPalette)), Expect({{kMinField, 12288}}), ExpectPalette(kMinPalette, "10000000"),
-       Do(Toggle(kMinDotted)), Expect({{kMinField, 8192}}),
-       // Radios.
-       Do(Click(kAllDurations)), Expect({{3, 1}, {4, 0}}), Do(Click(kByDivisions)),
-       Expect({{13, 1}, {16, 0}}),
-       // The target palette and its box select target mode.
-       Do(Click(kTargetPalette + 4)), Expect({{kTargetField, 512}, {13, 0}, {16, 1}}),
-       Do(Click(kByDivisions)), Do(Toggle(kTargetDotted)),
-       Expect({{kTargetField, 768}, {13, 0}, {16, 1}}),
-       // Field edits: target and parts fields choose the mode, range fields the range.
-       Do(Click(kByDivisions)), Do(Type(kTargetField, "1536")),
-       Expect({{13, 0}, {16, 1}, {kTargetDotted, 1}}), ExpectPalette(kTargetPalette, "00010000"),
-       Do(Type(kPartsField, "5")), Expect({{13, 1}, {16, 0}}), Do(Type(kMaxField, "512")),
-       Expect({{3, 0}, {4, 1}, {kMaxDotted, 0}, {13, 1}}), ExpectPalette(kMaxPalette, "00001000")},
-      &out);
-  for (const auto& m : LastDialog().messages) {
-    if (m.message == 273) {
-      EXPECT_EQ(m.result, 1) << "item " << m.item;
-    }
-  }
-}
-
-TEST_F(DialogHost, OtherCodesItemsAndMessagesChangeNothing) {
-  Init(true);
-  const SF_DialogHandlerProcPtr handler = probe_.handler();
-  struct Send {
-    long item, extra;
-    unsigned char expected;
-    unsigned int message = 273;
+// Each opening is seen in the position saved when it closes without being moved.
+TEST_F(Dialog, PositionIsSavedAtCloseAndRestoredFromTheTopOfTheMainScreen) {
+  using TopLeft = std::array<int16_t, 2>;
+  auto& windows = engine().windows();
+  const auto moveTo = [&](double left, double top) {
+    Run({DialogAction::MoveTo(left, top)});
+    return WinPos();
   };
-  std::vector<Send> sends;
-  // Palette buttons and dotted boxes act only on a plain click.
-  for (long item : {25L, 32L, 33L, 40L, 41L, 48L, 6L, 10L, 17L})
-    for (long code : {1L, 0x202L, 0xFFFFL})
-      sends.push_back({item, code << 16, 0});
-  // Fields act only on 0x202.
-  for (long item : {7L, 11L, 14L, 18L})
-    for (long code : {0L, 0x201L, 0x203L})
-      sends.push_back({item, code << 16, 1});
-  // Items outside 1..48, seen at full width (65537 is not OK, 65538 not Cancel), and labels.
-  for (long item : {0L, -1L, 49L, 65537L, 65538L, 5L, 20L, 24L})
-    sends.push_back({item, 0, 1});
-  // Messages the handler does not know.
-  for (unsigned int message : {0u, 1u, 3u, 0x200u, 274u})
-    sends.push_back({kOK, 0, 0, message});
+  // Where the host puts a dialog on a screen of this size: centred.
+  const auto centred = [](double width, double height) {
+    return TopLeft{int16_t((height - kDefaultDialogHeight) / 2),
+                   int16_t((width - kDefaultDialogWidth) / 2)};
+  };
+  const auto reopen = [&] {
+    Run({});
+    return WinPos();
+  };
+  windows.SetMainScreen(ScreenRect{0, 0, 1440, 900});
+  EXPECT_EQ(WinPos(), (TopLeft{32767, 32767})) << "nothing saved yet";
+  EXPECT_EQ(reopen(), centred(1440, 900)) << "the host centres it";
+  EXPECT_EQ(moveTo(100, 850), (TopLeft{50, 100}));
+  // On a taller screen the dialog comes back 50 points below its top, at x = 100.
+  windows.SetMainScreen(ScreenRect{0, 0, 1440, 1200});
+  EXPECT_EQ(reopen(), (TopLeft{50, 100}));
+  // Coordinates are truncated toward zero, and only their low 16 bits are kept.
+  EXPECT_EQ(moveTo(-20.75, 1200 - 49.75), (TopLeft{49, -20}));
+  EXPECT_EQ(moveTo(70000.5, 1200 + 40000), (TopLeft{-40000 + 65536, 70000 - 65536}));
+  EXPECT_EQ(reopen(), (TopLeft{-40000 + 65536, 70000 - 65536}));
+  // A top or left of 32767 is no saved position: the host's placement stands.
+  for (auto [left, top] : {std::pair(100.0, 1200.0 - 32767), std::pair(32767.0, 1000.0)}) {
+    moveTo(left, top);
+    EXPECT_EQ(reopen(), centred(1440, 1200));
+  }
+  // Without a main screen its height counts as 0 both ways.
+  windows.SetMainScreen(std::nullopt);
+  EXPECT_EQ(moveTo(100, -50), (TopLeft{50, 100}));
+  EXPECT_EQ(reopen(), (TopLeft{50, 100}));
 
-  int16_t flag = 0;
-  tSubdivideParam out{};
-  EXPECT_EQ(RunSteps({Check([&](const DialogMoment& m) {
-                       for (const Send& s : sends) {
-                         const auto before = m.Snapshot();
-                         EXPECT_EQ(handler(m.window, s.message, s.item, s.extra, &flag), s.expected)
-                             << "item " << s.item << " extra " << s.extra;
-                         EXPECT_EQ(m.Snapshot(), before) << "item " << s.item;
-                       }
-                       // The code is bits 16..31 only: low bits and bits above 31 do not make a
-                       // click a different one.
-                       EXPECT_EQ(handler(m.window, 273, kMinPalette + 4, 0xFFFF, &flag), 1);
-                       EXPECT_EQ(handler(m.window, 273, kMaxPalette + 2, 1L << 32, &flag), 1);
-                       EXPECT_EQ(m.Value(kMinField), 512);
-                       EXPECT_EQ(m.Value(kMaxField), 2048);
-                     })},
-                     &out),
-            0);
-  EXPECT_EQ(flag, 0);
-  EXPECT_EQ(LastDialog().end, DialogEnd::ByCancel) << "no stray item ended the dialog";
+  // A window the window system knows but that is not one of the host's dialogs is neither moved
+  // at set-up nor measured at closing; its controls (all 0 to this host) are stored all the same.
+  int notADialog = 0;
+  auto* window = reinterpret_cast<OpaqueCocoaWindow*>(&notADialog);
+  const ScreenRect frame{10, 20, 300, 200};
+  windows.SetWindowFrame(window, frame);
+  EXPECT_EQ(handler_(window, 272, 0, 0, nullptr), 1);
+  EXPECT_EQ(handler_(window, 2, 0, 0, nullptr), 0);
+  EXPECT_EQ(windows.WindowFrame(window), frame);
+  windows.ForgetWindow(window);
+  EXPECT_EQ(WinPos(), (TopLeft{50, 100}));
+  EXPECT_EQ(state_->minDuration, 0);
 }
+
+// Codes, items and messages the reference engine never sends, sent to the handler directly while
+// its dialog is open: the dialog closes as it would have without them.
+TEST_F(Dialog, OtherCodesItemsAndMessagesChangeNothing) {
+  Run({});
+  const auto shown = [] {
+    std::vector<std::tuple<int16_t, int32_t, std::string>> all;
+    for (const DialogControl& c : LastDialog().finalState.controls)
+      all.emplace_back(c.id, c.value, c.text);
+    return all;
+  };
+  const auto plain = shown();
+  // Message, item, extra, answer. Palette buttons and dotted boxes act only on a plain click
+  // (code 0 in bits 16..31), fields only on 0x202; items are seen at full width (65537 is not OK).
+  const std::tuple<unsigned, long, long, unsigned char> sends[] = {
+      {273, kMinimumPalette, 1L << 16, 0},
+      {273, kTargetPalette + 7, 0x202L << 16, 0},
+      {273, kMinimumDotted, 0xFFFFL << 16, 0},
+      {273, kTargetDotted, 1L << 16, 0},
+      {273, kMinimumField, 0, 1},
+      {273, kTargetField, 0x201L << 16, 1},
+      {273, kDivisionsField, 0, 1},
+      {273, kFirstItem - 1, 0, 1},
+      {273, kLastItem + 1, 0, 1},
+      {273, 0x10000 + kOK, 0, 1},
+      {273, 0x10000 + kCancel, 0, 1},
+      {273, kMinimumLabel, 0, 1},
+      {0, kOK, 0, 0},
+      {274, kOK, 0, 0}};
+  int16_t accepted = 0;
+  engine().SetInteractiveDialogs([&](const DialogView&) -> std::optional<DialogAction> {
+    for (const auto& [message, item, extra, answer] : sends)
+      EXPECT_EQ(handler_(openDialog_(), message, item, extra, &accepted), answer) << item;
+    return std::nullopt;
+  });
+  run_(nullptr);
+  EXPECT_EQ(accepted, 0);
+  EXPECT_EQ(LastDialog().end, DialogEnd::ByCancel) << "no stray item ended the dialog";
+  EXPECT_EQ(shown(), plain);
+}
+
+} // namespace

@@ -2,37 +2,22 @@
 // system without a screen would, and never fails.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <vector>
+#include <array>
 
 #include "TestSupport.h"
 
-namespace {
-
-struct WindowRect {
-  double x, y, width, height;
-};
-
-std::vector<double> Fields(const WindowRect& r) {
-  return {r.x, r.y, r.width, r.height};
-}
-
-} // namespace
-
 TEST(WindowSystemFallback, MissingCallsMeanNoScreenZeroFramesAndNoMoves) {
-  void* image = scribotest::LoadBundle(std::filesystem::path(DIALOG_PROBE_BUNDLE));
-  auto mainScreenFrame = scribotest::Symbol<bool (*)(WindowRect*)>(image, "ProbeMainScreenFrame");
-  auto windowFrame = scribotest::Symbol<WindowRect (*)(void*)>(image, "ProbeWindowFrame");
-  auto setTopLeft =
+  using Rect = std::array<double, 4>; // x, y, width, height
+  void* image = scribotest::LoadBundle(DIALOG_PROBE_BUNDLE);
+  auto screen = scribotest::Symbol<bool (*)(Rect*)>(image, "ProbeMainScreenFrame");
+  auto frame = scribotest::Symbol<Rect (*)(void*)>(image, "ProbeWindowFrame");
+  auto move =
       scribotest::Symbol<void (*)(void*, double, double)>(image, "ProbeWindowSetFrameTopLeftPoint");
-  ASSERT_TRUE(mainScreenFrame && windowFrame && setTopLeft);
-
-  WindowRect screen{1, 2, 3, 4};
-  EXPECT_FALSE(mainScreenFrame(&screen));
-  EXPECT_EQ(Fields(screen), std::vector<double>(4, 0.0));
-
+  ASSERT_TRUE(screen && frame && move);
+  Rect main{1, 2, 3, 4};
+  EXPECT_FALSE(screen(&main));
+  EXPECT_EQ(main, Rect{});
   int window = 0;
-  setTopLeft(&window, 100, 200); // nothing to ask: nothing happens
-  EXPECT_EQ(Fields(windowFrame(&window)), std::vector<double>(4, 0.0));
-  dlclose(image);
+  move(&window, 100, 200); // nothing to ask: nothing happens
+  EXPECT_EQ(frame(&window), Rect{});
 }

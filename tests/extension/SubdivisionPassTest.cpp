@@ -1,260 +1,327 @@
-// The subdivision pass on documents of the reference engine: what it stores, where, the tuplets
-// of uneven splits, and what it leaves alone.
-#include <gtest/gtest.h>
-
+// The subdivision pass through the real bundle and its dialog: worked examples of one note, the
+// tuplets of uneven splits, and random documents, selections and options. Whatever they are, every
+// frame the walk reaches is split by the rules and stays in order, every entry the rules leave
+// alone (and every frame the walk does not reach) is byte for byte what it was, and the host is
+// asked exactly as often as the rules say.
 #include <algorithm>
+#include <cstdlib>
+#include <random>
+#include <set>
+#include <tuple>
 
-#include "EDTTuplet.h"
-#include "SubdivisionHost.h"
+#include "CommandTestHost.h"
 
-namespace subdivisiontest {
+using namespace commandtest;
+
 namespace {
 
-// One note split by the pass, in either mode: how many parts, their durations, and the tuplet
-// (unit 0: none) an uneven split makes from the document's tuplet preferences.
-TEST_F(SubdivisionTest, SplitsMakeTheirPartsAndTheTupletOfTheirUnit) {
+using Random = std::mt19937;
+
+int Pick(Random& rng, int low, int high) {
+  return std::uniform_int_distribution<int>(low, high)(rng);
+}
+bool Chance(Random& rng, int percent) {
+  return Pick(rng, 1, 100) <= percent;
+}
+
+// Entries in the form the host keeps after its clean-up (note identifiers 1..n mirrored in the
+// note flags, unused records zero, rests with their placeholder note), so that a save changes
+// nothing the pass did not change.
+EXENTRY RandomEntry(Random& rng, int32_t position) {
+  static const int16_t kDurations[] = {64, 128, 256, 512, 768, 1024, 1536, 2048, 3072, 4096};
+  EXENTRY e{};
+  e.duration = kDurations[Pick(rng, 0, 9)];
+  e.actualDuration = Chance(rng, 25) ? e.duration * 2 / 3 : e.duration;
+  e.position = position;
+  e.hostWord6 = uint16_t(Pick(rng, 0, 0xFFFF));
+  e.flags2 = uint16_t(Pick(rng, 0, 0xFFFF));
+  e.flags = uint32_t(rng()) &
+            ~(kEntryVoiceTwo | kEntryVoiceTwoLaunch | kEntryIsNote | kEntryRestPlaceholder);
+  if (Chance(rng, 12))
+    e.flags |= kEntryVoiceTwo;
+  if (Chance(rng, 15))
+    e.flags |= kEntryVoiceTwoLaunch;
+  if (Chance(rng, 15)) {
+    e.flags |= kEntryRestPlaceholder;
+    e.noteCount = 1;
+    e.notes[0].noteID = 1;
+    e.notes[0].noteFlags = kNoteRestPlaceholder | (1u << 16);
+  } else {
+    e.flags |= kEntryIsNote;
+    e.noteCount = int16_t(Pick(rng, 1, 4));
+    for (int16_t j = 0; j < e.noteCount; ++j) {
+      SetNotePitch(e.notes[j], int16_t(Pick(rng, -20, 20)), int16_t(Pick(rng, -2, 2)));
+      e.notes[j].noteID = int16_t(j + 1);
+      e.notes[j].noteFlags = (uint32_t(rng()) & ~kNoteIDCopyMask) | (uint32_t(j + 1) << 16);
+    }
+  }
+  e.hostTrailer[0] = uint8_t(rng());
+  e.hostTrailer[1] = uint8_t(rng());
+  return e;
+}
+
+// Options the dialog accepts: a range within 1..8192 and a target not above its maximum.
+tSubdivideParam RandomParam(Random& rng) {
+  static const int32_t kBounds[] = {64, 256, 512, 1024, 1536, 2048, 4096};
+  static const int32_t kTargets[] = {64, 128, 170, 256, 338, 341, 512, 1024};
+  tSubdivideParam p = Chance(rng, 50) ? Divisions(int16_t(Pick(rng, 2, Chance(rng, 20) ? 32 : 7)))
+                                      : Target(kTargets[Pick(rng, 0, 7)]);
+  if (Chance(rng, 50)) {
+    const int32_t a = kBounds[Pick(rng, 0, 6)], b = kBounds[Pick(rng, 0, 6)];
+    p.minDuration = std::min(a, b);
+    p.maxDuration = std::max(a, b);
+    p.targetDuration = std::min(p.targetDuration, p.maxDuration);
+    p.allDurations = 0;
+  }
+  return p;
+}
+
+// How many parts the rules give each entry of a frame the walk reaches (0: left alone), and
+// whether voice 2 was met before the scan stopped.
+std::vector<int> ExpectedParts(const std::vector<EXENTRY>& in, int32_t start, int32_t end,
+                               const tSubdivideParam& p, bool& voiceTwo) {
+  std::vector<int> parts(in.size(), 0);
+  for (size_t i = 0; i < in.size(); ++i) {
+    const EXENTRY& e = in[i];
+    if ((e.flags & kEntryVoiceTwo) || (i + 1 < in.size() && (e.flags & kEntryVoiceTwoLaunch) &&
+                                       (in[i + 1].flags & kEntryVoiceTwo))) {
+      voiceTwo = true;
+      continue;
+    }
+    if (e.position < start)
+      continue;
+    if (e.position > end)
+      break;
+    if (!(e.flags & kEntryIsNote) || e.actualDuration < p.minDuration ||
+        e.actualDuration > p.maxDuration)
+      continue;
+    if (p.byDivisions) {
+      parts[i] = p.divisions;
+    } else {
+      const int q = e.actualDuration / p.targetDuration;
+      if (p.targetDuration != e.actualDuration && q >= 2 &&
+          std::abs(q * p.targetDuration - e.actualDuration) <= 10)
+        parts[i] = q;
+    }
+  }
+  return parts;
+}
+
+class Subdivision : public CommandTest {
+protected:
+  // Checks a frame after a run: each entry the rules leave alone (parts 0) as it was, each split
+  // entry followed by its copies. With `tuplets` (the document has its tuplet preferences and
+  // takes tuplet records) an uneven split is a tuplet of the smallest power of two above the
+  // quotient, at most a breve; without, the run is truncated.
+  static void ExpectFrame(const std::vector<EXENTRY>& before, const std::vector<int>& parts,
+                          const std::set<uint32_t>& originals, bool tuplets,
+                          const std::vector<EXENTRY>& after) {
+    size_t j = 0;
+    for (size_t i = 0; i < before.size(); ++i) {
+      const EXENTRY& was = before[i];
+      const int n = parts[i];
+      ASSERT_LT(j, after.size());
+      ASSERT_EQ(+after[j].entryNumber, +was.entryNumber) << "entries keep their order";
+      if (n == 0) {
+        EXPECT_TRUE(SameBytes(after[j++], was)) << "entry " << i << " is outside the rules";
+        continue;
+      }
+      ASSERT_LE(j + n, after.size());
+      EXENTRY expected = was;
+      expected.duration = int16_t(was.duration / n);
+      expected.actualDuration = was.actualDuration / n;
+      const auto tuplet = TupletOf(was.entryNumber);
+      ASSERT_EQ(tuplet.has_value(), tuplets && was.duration % n != 0);
+      if (tuplet) {
+        const int16_t unit = tuplet->tupletUnit, quotient = expected.duration;
+        EXPECT_TRUE(!(unit & (unit - 1)) && (unit > quotient || unit == 8192) &&
+                    unit / 2 <= quotient)
+            << "unit " << unit << " for " << quotient;
+        EXPECT_EQ(tuplet->tupletNumber, n);
+        EXPECT_EQ(tuplet->referenceNumber, was.duration / unit);
+        EXPECT_EQ(tuplet->referenceUnit, unit);
+        expected.duration = unit;
+        expected.flags |= kEntryTupletStart;
+      }
+      EXPECT_TRUE(SameBytes(after[j], expected)) << "the split entry keeps all but its durations";
+      // Each copy is the split entry masked as a template; the host numbers it and stamps the
+      // note identifiers into the note flags again when it saves.
+      expected.hostWord6 = 0;
+      expected.flags &= 0xC080A15F;
+      expected.flags2 &= 0x00C0;
+      for (int k = 0; k < was.noteCount; ++k)
+        expected.notes[k].noteFlags = (was.notes[k].noteFlags & 0x8E000000) | (k + 1) << 16;
+      for (int k = 1; k < n; ++k) {
+        EXPECT_EQ(originals.count(+after[j + k].entryNumber), 0u) << "a copy is a new entry";
+        expected.entryNumber = after[j + k].entryNumber;
+        expected.position = was.position + k * expected.actualDuration;
+        EXPECT_TRUE(SameBytes(after[j + k], expected)) << "copy " << k;
+      }
+      j += n;
+    }
+    EXPECT_EQ(j, after.size()) << "no entry appears from nowhere";
+  }
+};
+
+// The document's tuplet preference record 0 for a row: the 30 bytes the command asks for, none,
+// one of another size, or the 30 bytes with a host that refuses the tuplet record.
+enum class Prefs { Present, Missing, Short, Long, RecordRefused };
+
+TEST_F(Subdivision, OneNoteSplitsIntoItsPartsAndTheTupletOfTheirUnit) {
   struct Case {
     int16_t duration;
     int32_t actual, position;
     tSubdivideParam param;
-    size_t parts; // 1: not split
+    Prefs prefs;
+    int parts; // 1: not split
     int16_t notated;
     int32_t partActual;
-    int16_t unit, referenceNumber;
+    int16_t unit, referenceNumber; // the tuplet; unit 0: none
   };
+  const Prefs kPresent = Prefs::Present;
   const Case cases[] = {
-      {2048, 2048, 0, Divisions(2), 2, 1024, 1024, 0, 0},
-      {1024, 1024, 512, Divisions(3), 3, 512, 341, 512, 2},
-      {1024, 1024, 0, Divisions(5), 5, 256, 204, 256, 4},
-      {1024, 1024, 0, Divisions(6), 6, 256, 170, 256, 4},
-      {1024, 1024, 0, Divisions(7), 7, 256, 146, 256, 4},
-      {1536, 1536, 0, Divisions(5), 5, 512, 307, 512, 3},
-      {2048, 2048, 0, Divisions(3), 3, 1024, 682, 1024, 2},
-      {3072, 3072, 0, Divisions(5), 5, 1024, 614, 1024, 3},
-      {4096, 4096, 0, Divisions(3), 3, 2048, 1365, 2048, 2},
-      {1026, 1026, 0, Divisions(4), 4, 512, 256, 512, 2},       // quotient 256 gets 512
-      {32767, 32767, 0, Divisions(2), 2, 8192, 16383, 8192, 3}, // never more than a breve
-      {1536, 1536, 256, Target(512), 3, 512, 512, 0, 0},        // dotted quarter into eighths
-      {1536, 1536, 256, Target(1024), 1, 0, 0, 0, 0},           // one part only
-      {1536, 1536, 256, Target(1536), 1, 0, 0, 0, 0},           // the note itself
-      {512, 341, 256, Target(170), 2, 256, 170, 0, 0},          // 340 is within 10 of 341
-      {1024, 1024, 256, Target(338), 3, 512, 341, 512, 2},      // 1014: 10 short, a triplet
-      {1024, 1024, 256, Target(337), 1, 0, 0, 0, 0},            // 1011: 13 short
-      {1024, 1025, 256, Target(338), 1, 0, 0, 0, 0},            // 1014: 11 short
-      {1024, 1024, 256, Target(2048), 1, 0, 0, 0, 0},           // longer than the note
-      {4096, 4096, 0, Target(4), 1024, 4, 4, 0, 0},             // a whole note into 1024
+      {2048, 2048, 0, Divisions(2), kPresent, 2, 1024, 1024, 0, 0},
+      {1024, 1024, 512, Divisions(3), kPresent, 3, 512, 341, 512, 2},
+      {1024, 1024, 0, Divisions(5), kPresent, 5, 256, 204, 256, 4},
+      {1024, 1024, 0, Divisions(6), kPresent, 6, 256, 170, 256, 4},
+      {1024, 1024, 0, Divisions(7), kPresent, 7, 256, 146, 256, 4},
+      {1536, 1536, 0, Divisions(5), kPresent, 5, 512, 307, 512, 3},
+      {2048, 2048, 0, Divisions(3), kPresent, 3, 1024, 682, 1024, 2},
+      {3072, 3072, 0, Divisions(5), kPresent, 5, 1024, 614, 1024, 3},
+      {4096, 4096, 0, Divisions(3), kPresent, 3, 2048, 1365, 2048, 2},
+      {1026, 1026, 0, Divisions(4), kPresent, 4, 512, 256, 512, 2},       // quotient 256 gets 512
+      {32767, 32767, 0, Divisions(2), kPresent, 2, 8192, 16383, 8192, 3}, // never above a breve
+      {1536, 1536, 256, Target(512), kPresent, 3, 512, 512, 0, 0},   // dotted quarter into eighths
+      {1536, 1536, 256, Target(1024), kPresent, 1, 0, 0, 0, 0},      // one part only
+      {1536, 1536, 256, Target(1536), kPresent, 1, 0, 0, 0, 0},      // the note itself
+      {512, 341, 256, Target(170), kPresent, 2, 256, 170, 0, 0},     // 340 is within 10 of 341
+      {1024, 1024, 256, Target(338), kPresent, 3, 512, 341, 512, 2}, // 1014: 10 short, a triplet
+      {1024, 1024, 256, Target(337), kPresent, 1, 0, 0, 0, 0},       // 1011: 13 short
+      {1024, 1025, 256, Target(338), kPresent, 1, 0, 0, 0, 0},       // 1014: 11 short
+      {1024, 1024, 256, Target(2048), kPresent, 1, 0, 0, 0, 0},      // longer than the note
+      {4096, 4096, 0, Target(4), kPresent, 1024, 4, 4, 0, 0},        // a whole note into 1024
+      // Without a usable preference record, or refused the tuplet record, a run truncates.
+      {1024, 1024, 0, Divisions(3), Prefs::Missing, 3, 341, 341, 0, 0},
+      {1024, 1024, 0, Divisions(3), Prefs::Short, 3, 341, 341, 0, 0},
+      {1024, 1024, 0, Divisions(3), Prefs::Long, 3, 341, 341, 0, 0},
+      {1024, 1024, 0, Divisions(3), Prefs::RecordRefused, 3, 341, 341, 0, 0},
   };
-  std::vector<uint8_t> prefs(30);
+  std::vector<uint8_t> prefs(sizeof(EDTTuplet));
   for (size_t i = 0; i < prefs.size(); ++i)
     prefs[i] = uint8_t(0xA0 + i);
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.duration << "/" << c.actual << " mode "
-                                    << c.param.byDivisions << " into " << c.parts);
+    SCOPED_TRACE(testing::Message()
+                 << c.duration << "/" << c.actual << " mode " << c.param.byDivisions << " into "
+                 << c.parts << " prefs " << int(c.prefs));
     Restart();
     Build(1, 1);
-    ASSERT_TRUE(doc().PutPreference(kTupletPrefsTag, 0, prefs));
+    std::vector<uint8_t> stored = prefs;
+    stored.resize(c.prefs == Prefs::Short ? 20 : c.prefs == Prefs::Long ? 40 : stored.size());
+    ASSERT_TRUE(c.prefs == Prefs::Missing ? doc().RemovePreference(kTupletPrefsTag, 0)
+                                          : doc().PutPreference(kTupletPrefsTag, 0, stored));
+    engine().SetFailing(HostCall::CreateEData, c.prefs == Prefs::RecordRefused);
     const uint32_t number = Add(1, 1, Note(c.duration, c.position, c.actual));
     const auto before = Entries(1, 1);
-    const bool split = c.parts > 1;
 
-    EXPECT_EQ(Run(Measures(1, 1, 1, 1), c.param), split ? 1 : 0);
+    EXPECT_EQ(Run(Measures(1, 1, 1, 1), c.param), c.parts > 1 ? 1 : 0);
 
-    const auto e = Entries(1, 1);
-    ASSERT_EQ(e.size(), c.parts) << "entries made by a split are not split again";
-    // Four shown layers are visited; only the one that changed is saved; one rebeam at the end.
-    EXPECT_EQ(Calls(HostCall::LoadTGF), 4);
-    EXPECT_EQ(Calls(HostCall::FreeTGF), 4);
-    EXPECT_EQ(Calls(HostCall::SaveTGF), split ? 1 : 0);
-    EXPECT_EQ(Calls(HostCall::RebeamRegion), split ? 1 : 0);
-    EXPECT_EQ(Calls(HostCall::LoadEData), split && c.duration % int(c.parts) != 0 ? 1 : 0)
-        << "only an uneven split reads the tuplet preferences";
-    if (!split) {
-      EXPECT_TRUE(SameBytes(e[0], before[0]));
-      continue;
-    }
-    EXPECT_EQ(+e[0].entryNumber, number);
-    for (size_t k = 0; k < c.parts; ++k) {
-      EXPECT_EQ(e[k].duration, c.notated);
-      EXPECT_EQ(+e[k].actualDuration, c.partActual);
-      EXPECT_EQ(+e[k].position, c.position + int32_t(k) * c.partActual);
-      EXPECT_EQ((e[k].flags & kEntryTupletStart) != 0, k == 0 && c.unit != 0);
-      if (k > 0) {
-        EXPECT_NE(+e[k].entryNumber, 0u);
-        EXPECT_NE(+e[k].entryNumber, number);
-        EXPECT_TRUE(doc().EntryDetails(+e[k].entryNumber).empty());
-      }
-    }
-    EXPECT_EQ(doc().EntryDetails(number).size(), c.unit != 0 ? 1u : 0u);
-    const auto tuplet = doc().Tuplet(number);
-    ASSERT_EQ(tuplet.has_value(), c.unit != 0);
-    if (!tuplet)
-      continue;
-    EXPECT_EQ(tuplet->tupletNumber, int16_t(c.parts));
-    EXPECT_EQ(tuplet->tupletUnit, c.unit);
-    EXPECT_EQ(tuplet->referenceNumber, c.referenceNumber);
-    EXPECT_EQ(tuplet->referenceUnit, c.unit);
-    EXPECT_TRUE(std::equal(prefs.begin() + 8, prefs.end(), tuplet->preferences));
-  }
-}
-
-TEST_F(SubdivisionTest, WithoutAPreferenceRecordOrATupletRecordUnevenSplitsTruncate) {
-  // 0: no "pfTP" at all; 20 and 40: not the 30 bytes asked for; 30: the record is refused.
-  for (size_t size : {0, 20, 40, 30}) {
-    SCOPED_TRACE(size);
-    Restart();
-    Build(1, 1);
-    ASSERT_TRUE(doc().RemovePreference(kTupletPrefsTag, 0));
-    if (size != 0) {
-      ASSERT_TRUE(doc().PutPreference(kTupletPrefsTag, 0, std::vector<uint8_t>(size)));
-    }
-    const bool refused = size == 30;
-    engine().SetFailing(HostCall::CreateEData, refused);
-    const uint32_t number = Add(1, 1, Note(1024, 0));
-
-    EXPECT_EQ(Run(Measures(1, 1, 1, 1), Divisions(3)), 1);
-
-    const auto e = Entries(1, 1);
-    ASSERT_EQ(e.size(), 3u);
-    for (const EXENTRY& part : e) {
-      EXPECT_EQ(part.duration, 341);
-      EXPECT_EQ(+part.actualDuration, 341);
-      EXPECT_EQ(part.flags & kEntryTupletStart, 0u);
-    }
-    EXPECT_TRUE(doc().EntryDetails(number).empty());
-    EXPECT_EQ(Calls(HostCall::CreateEData), refused ? 1 : 0);
-  }
-}
-
-TEST_F(SubdivisionTest, VoiceTwoMaterialIsNeverChangedAndWarnsOncePerInvocation) {
-  Build(3, 1);
-  Add(1, 1, Note(1024, 0, -1, kEntryVoiceTwoLaunch)); // launches the voice-2 entry after it
-  Add(1, 1, Note(1024, 0, -1, kEntryVoiceTwo));
-  Add(1, 1, Note(1024, 1024));
-  Add(2, 1, Note(1024, 0, -1, kEntryVoiceTwo)); // a second frame with voice 2: no second alert
-  // The last of a frame of exactly 16 entries (the host's smallest frame buffer, nothing
-  // inserted before it) has no entry after it to look at, and is split.
-  for (int32_t p = 0; p < 15 * 1024; p += 1024)
-    Add(3, 1, Rest(1024, p));
-  Add(3, 1, Note(1024, 15 * 1024, -1, kEntryVoiceTwoLaunch));
-  const auto staff1 = Entries(1, 1);
-  const auto staff2 = Entries(2, 1);
-
-  EXPECT_EQ(Run(Measures(1, 3, 1, 1), Divisions(2)), 1);
-
-  const auto e1 = Entries(1, 1);
-  ASSERT_EQ(e1.size(), 4u);
-  EXPECT_TRUE(SameBytes(e1[0], staff1[0]));
-  EXPECT_TRUE(SameBytes(e1[1], staff1[1]));
-  EXPECT_EQ(e1[2].duration, 512);
-  EXPECT_EQ(+e1[3].position, 1536);
-  const auto e3 = Entries(3, 1);
-  ASSERT_EQ(e3.size(), 17u);
-  EXPECT_EQ(e3[15].duration, 512);
-  EXPECT_EQ(+e3[16].position, 15 * 1024 + 512);
-  EXPECT_EQ(VoiceTwoWarnings(), 1u);
-
-  // A new invocation warns again, even though every voice-2 entry lies before its start: the
-  // voice tests come before the position tests. Continuing that invocation does not re-warn.
-  EXPECT_EQ(Run(Region(1, 1, 2048, 3, 1, kNoUpperBound), Divisions(2)), 1);
-  EXPECT_EQ(VoiceTwoWarnings(), 2u);
-  EREGION rest = Measures(1, 2, 1, 1);
-  const tSubdivideParam param = Divisions(2);
-  EXPECT_EQ(Probe().proceed(&rest, &param, 4), 1);
-  EXPECT_EQ(VoiceTwoWarnings(), 2u);
-  EXPECT_TRUE(SameBytes(Entries(1, 1)[1], staff1[1]));
-  ASSERT_EQ(Entries(2, 1).size(), 1u);
-  EXPECT_TRUE(SameBytes(Entries(2, 1)[0], staff2[0]));
-}
-
-// The start position holds in the first measure only, the end position in the last only; there
-// an entry exactly at the end is split, and the first entry past it ends the frame's scan.
-TEST_F(SubdivisionTest, PositionRangeAppliesToTheFirstAndLastMeasuresAndEndsTheScan) {
-  Build(1, 3);
-  for (int16_t m = 1; m <= 2; ++m)
-    for (int32_t p = 0; p < 4096; p += 1024)
-      Add(1, m, Note(1024, p));
-  Add(1, 3, Note(1024, 0));
-  Add(1, 3, Note(1024, 1024));
-  const uint32_t past = Add(1, 3, Note(1024, 2048));
-  const uint32_t after = Add(1, 3, Note(1024, 512)); // in range, but the scan has stopped
-
-  EXPECT_EQ(Run(Region(1, 1, 2048, 1, 3, 1024), Divisions(2)), 1);
-
-  auto splitPositions = [](const std::vector<EXENTRY>& entries) {
-    std::vector<int32_t> split;
-    for (const EXENTRY& e : entries)
-      if (e.duration == 512)
-        split.push_back(+e.position);
-    return split;
-  };
-  EXPECT_EQ(splitPositions(Entries(1, 1)), (std::vector<int32_t>{2048, 2560, 3072, 3584}));
-  EXPECT_EQ(Entries(1, 2).size(), 8u);
-  const auto e = Entries(1, 3);
-  EXPECT_EQ(splitPositions(e), (std::vector<int32_t>{0, 512, 1024, 1536}));
-  ASSERT_EQ(e.size(), 6u);
-  EXPECT_EQ(+e[4].entryNumber, past);
-  EXPECT_EQ(+e[5].entryNumber, after);
-  EXPECT_EQ(Calls(HostCall::SaveTGF), 3);
-  EXPECT_EQ(Calls(HostCall::RebeamRegion), 1);
-}
-
-TEST_F(SubdivisionTest, RefusedInsertionOrFailedSaveLeavesTheEntriesAsTheyWere) {
-  for (HostCall failing : {HostCall::InsertEXENTRY, HostCall::SaveTGF}) {
-    SCOPED_TRACE(int(failing));
-    Restart();
-    Build(1, 1);
-    Add(1, 1, Note(2048, 0));
-    Add(1, 1, Note(2048, 2048));
-    const auto before = Entries(1, 1);
-    engine().SetFailing(failing, true);
-
-    EXPECT_EQ(Run(Measures(1, 1, 1, 1), Divisions(3)), 0);
-
-    const bool refused = failing == HostCall::InsertEXENTRY;
-    EXPECT_EQ(Calls(HostCall::InsertEXENTRY), 2) << "the scan moves on after a refusal";
-    EXPECT_EQ(Calls(HostCall::LoadEData), refused ? 0 : 2);
-    EXPECT_EQ(Calls(HostCall::SaveTGF), refused ? 0 : 1) << "a refusal marks nothing changed";
-    EXPECT_EQ(Calls(HostCall::RebeamRegion), 0);
     const auto after = Entries(1, 1);
-    ASSERT_EQ(after.size(), 2u);
-    EXPECT_TRUE(SameBytes(after[0], before[0]));
-    EXPECT_TRUE(SameBytes(after[1], before[1]));
+    ExpectFrame(before, {c.parts > 1 ? c.parts : 0}, {number}, c.prefs == kPresent, after);
+    const auto tuplet = TupletOf(number);
+    if (c.parts > 1) {
+      EXPECT_EQ(std::tuple(after[0].duration, +after[1].actualDuration, +after[1].position),
+                std::tuple(c.notated, c.partActual, c.position + c.partActual));
+    }
+    const int unit = tuplet ? tuplet->tupletUnit : 0;
+    EXPECT_EQ(unit, c.unit);
+    EXPECT_EQ(unit ? tuplet->referenceNumber : 0, c.referenceNumber);
+    EXPECT_TRUE(!tuplet || std::equal(prefs.begin() + 8, prefs.end(), tuplet->hostData))
+        << "the host's tuplet options come from the preferences";
   }
 }
 
-// Frames are visited for shown layers below the layer count; a frame whose only entry is a rest
-// is loaded and freed but not saved.
-TEST_F(SubdivisionTest, WalkVisitsShownLayersUpToTheCountAndSavesOnlyChangedFrames) {
-  Build(2, 2);
-  for (int16_t layer = 0; layer < 4; ++layer)
-    Add(1, 1, Note(2048, 0), layer);
-  Add(2, 1, Rest(2048, 0));
-  const auto rest = Entries(2, 1);
+struct Frame {
+  FrameAddress address;
+  std::vector<EXENTRY> before;
+  std::vector<int> parts; // by entry, as the rules split them when the walk reaches the frame
+};
 
-  EXPECT_EQ(Run(Measures(1, 2, 2, 1), Divisions(2)), 0) << "start measure after end measure";
-  EXPECT_EQ(Run(Measures(2, 1, 1, 2), Divisions(2)), 0) << "start staff after end staff";
-  EXPECT_EQ(Run(Measures(1, 2, 1, 1), Divisions(2), 0), 0) << "no layers";
-  EXPECT_EQ(Run(Measures(1, 2, 1, 1), Divisions(2), -1), 0) << "a negative layer count";
-  EXPECT_EQ(Calls(HostCall::LoadTGF), 0);
-  EXPECT_EQ(Entries(1, 1).size(), 1u);
-  EXPECT_EQ(Run(Measures(2, 2, 1, 1), Divisions(2)), 0) << "a rest only";
-  EXPECT_EQ(Calls(HostCall::FreeTGF), 4);
-  EXPECT_EQ(Calls(HostCall::SaveTGF), 0);
-  EXPECT_EQ(Calls(HostCall::RebeamRegion), 0);
+TEST_F(Subdivision, RandomDocumentsAreSplitByTheRulesAndNothingElseChanges) {
+  Random rng(20240517);
+  for (int round = 0; round < 200; ++round) {
+    SCOPED_TRACE(round);
+    Restart();
+    Build(2, 3);
+    // A selection (now and then backwards), a view with fewer or hidden layers, options the
+    // dialog accepts, and now and then a host that refuses insertions or saves.
+    auto span = [&](int count) {
+      const int a = Pick(rng, 1, count), b = Pick(rng, 1, count);
+      const bool backwards = Chance(rng, 10);
+      return std::pair<int16_t, int16_t>(backwards ? std::max(a, b) : std::min(a, b),
+                                         backwards ? std::min(a, b) : std::max(a, b));
+    };
+    const auto [firstStaff, lastStaff] = span(2);
+    const auto [firstMeasure, lastMeasure] = span(3);
+    EREGION region = Measures(firstStaff, lastStaff, firstMeasure, lastMeasure);
+    region.startPosition = Pick(rng, 0, 6000);
+    region.endPosition = Chance(rng, 30) ? kNoUpperBound : Pick(rng, 0, 20000);
+    const int16_t layers = int16_t(Pick(rng, 1, kMaxLayerCount));
+    const int16_t hidden = Chance(rng, 30) ? int16_t(Pick(rng, 0, 3)) : -1;
+    engine().SetMaxLayers(layers);
+    if (hidden >= 0)
+      engine().SetLayerShown(hidden, false);
+    const bool refuseInsert = Chance(rng, 8), refuseSave = Chance(rng, 8);
+    engine().SetFailing(HostCall::InsertEXENTRY, refuseInsert);
+    engine().SetFailing(HostCall::SaveTGF, refuseSave);
+    const tSubdivideParam param = RandomParam(rng);
 
-  engine().ResetCallCounts();
-  engine().SetLayerShown(1, false);
-  EXPECT_EQ(Run(Measures(1, 2, 1, 1), Divisions(2), 3), 1);
-  EXPECT_EQ(Entries(1, 1, 0).size(), 2u);
-  EXPECT_EQ(Entries(1, 1, 1).size(), 1u) << "hidden layer";
-  EXPECT_EQ(Entries(1, 1, 2).size(), 2u);
-  EXPECT_EQ(Entries(1, 1, 3).size(), 1u) << "beyond the layer count";
-  ASSERT_EQ(Entries(2, 1).size(), 1u);
-  EXPECT_TRUE(SameBytes(Entries(2, 1)[0], rest[0]));
-  EXPECT_EQ(Calls(HostCall::LoadTGF), 4);
-  EXPECT_EQ(Calls(HostCall::FreeTGF), 4);
-  EXPECT_EQ(Calls(HostCall::SaveTGF), 2);
+    // Random frames, and what the rules make of those the walk reaches.
+    std::vector<Frame> frames;
+    std::set<uint32_t> originals;
+    long loads = 0, inserts = 0, changedFrames = 0, unevenSplits = 0;
+    bool voiceTwo = false;
+    for (int16_t m = 1; m <= 3; ++m)
+      for (int16_t s = 1; s <= 2; ++s)
+        for (int16_t layer = 0; layer < kMaxLayerCount; ++layer) {
+          Frame& f = frames.emplace_back(Frame{{s, m, layer}, {}, {}});
+          int32_t position = Pick(rng, 0, 600);
+          for (int i = Chance(rng, 50) ? Pick(rng, 1, 10) : 0; i > 0; --i) {
+            const EXENTRY e = RandomEntry(rng, position);
+            originals.insert(doc().AddEntry(f.address, e));
+            position += e.actualDuration;
+          }
+          f.before = doc().Entries(f.address);
+          f.parts.assign(f.before.size(), 0);
+          if (m < region.startMeasure || m > region.endMeasure || s < region.startStaff ||
+              s > region.endStaff || layer >= layers || layer == hidden)
+            continue;
+          ++loads;
+          f.parts = ExpectedParts(f.before, m == region.startMeasure ? region.startPosition : 0,
+                                  m == region.endMeasure ? region.endPosition : kNoUpperBound,
+                                  param, voiceTwo);
+          const long split = std::count_if(f.parts.begin(), f.parts.end(), [](int n) { return n; });
+          inserts += split;
+          changedFrames += split > 0 && !refuseInsert;
+          for (size_t i = 0; i < f.before.size(); ++i)
+            unevenSplits += f.parts[i] && !refuseInsert && f.before[i].duration % f.parts[i];
+        }
+    const bool saved = changedFrames > 0 && !refuseSave;
+
+    EXPECT_EQ(Run(region, param), saved ? 1 : 0);
+
+    EXPECT_EQ(Calls(HostCall::LoadTGF), loads);
+    EXPECT_EQ(Calls(HostCall::InsertEXENTRY), inserts) << "the scan moves on after a refusal";
+    EXPECT_EQ(Calls(HostCall::SaveTGF), changedFrames) << "only changed frames are saved";
+    EXPECT_EQ(Calls(HostCall::LoadEData), unevenSplits) << "read afresh for each uneven split";
+    EXPECT_EQ(Calls(HostCall::RebeamRegion), saved ? 1 : 0);
+    EXPECT_EQ(VoiceTwoWarnings(), voiceTwo ? 1u : 0u) << "once per invocation";
+    for (const Frame& f : frames) {
+      SCOPED_TRACE(testing::Message() << "staff " << f.address.staff << " measure "
+                                      << f.address.measure << " layer " << f.address.layer);
+      ExpectFrame(f.before, saved ? f.parts : std::vector<int>(f.before.size()), originals, true,
+                  doc().Entries(f.address));
+    }
+  }
 }
 
 } // namespace
-} // namespace subdivisiontest
