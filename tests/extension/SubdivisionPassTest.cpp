@@ -93,7 +93,7 @@ TEST_F(SubdivisionTest, SplitsMakeTheirPartsAndTheTupletOfTheirUnit) {
     EXPECT_EQ(tuplet->tupletUnit, c.unit);
     EXPECT_EQ(tuplet->referenceNumber, c.referenceNumber);
     EXPECT_EQ(tuplet->referenceUnit, c.unit);
-    EXPECT_TRUE(std::equal(prefs.begin() + 8, prefs.end(), tuplet->preferences));
+    EXPECT_TRUE(std::equal(prefs.begin() + 8, prefs.end(), tuplet->hostData));
   }
 }
 

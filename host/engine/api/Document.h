@@ -4,11 +4,11 @@
 // measure, layer) is a contiguous array of EXENTRY in the order the entries were stored; entry
 // numbers are unique in the document and never 0. A note's pitch lives in the first four bytes
 // of its note record (SetNotePitch / NotePitchStep in EXTGF2005a.h); ties in kNoteTieStart and
-// kNoteTieEnd of noteFlags (Records.h).
+// kNoteTieEnd of noteFlags.
 //
 // Staff names are stored the host's way: a raw text ("txbl"), a text block ("SOTX") naming it,
-// and the staff spec ("SOIS") naming the block at byte 30 (first name) or 32 (second name).
-// Measures carry a measure spec ("SOMS") with the key-signature word and the time signature.
+// and the staff spec ("SOIS") naming the block as its first or second name. Measures carry a
+// measure spec ("SOMS") with the key-signature word and the time signature.
 //
 // Thread: host's main thread, like the host functions that act on the same document.
 #pragma once
@@ -29,6 +29,10 @@ namespace scribo::engine {
 struct DocumentData;
 
 constexpr int16_t kMaxLayerCount = 4;
+
+// Where the engine keeps ties: host bits of EXNOTE::noteFlags outside the SDK's copy mask.
+constexpr uint32_t kNoteTieStart = 0x40000000; // bit 30: tied to the same pitch in the next entry
+constexpr uint32_t kNoteTieEnd = 0x20000000;   // bit 29: tied from the same pitch in the previous
 constexpr int kMaxFrameEntries = 32767;
 
 // Time signature as the measure spec keeps it: `beats` beats of `beatValue` TDU each
@@ -135,7 +139,7 @@ public:
   // Every detail record attached to the entry, all tags, in (tag, index) order.
   std::vector<RecordView> EntryDetails(uint32_t entryNumber) const;
   // The tuplet record at the entry (index 0), if any.
-  std::optional<TupletRecord> Tuplet(uint32_t entryNumber) const;
+  std::optional<EDTTuplet> Tuplet(uint32_t entryNumber) const;
 
   // Preference records ("pf.." tags, key {number}). The tuplet preferences "pfTP" 0 exist by
   // default; tests remove or replace them.

@@ -2,7 +2,6 @@
 #include "Document.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "Beaming.h"
 #include "DocumentData.h"
@@ -32,6 +31,17 @@ RecordKey TwoWordKey(uint32_t tag, int16_t first) {
   return MakeRecordKey(tag, keys);
 }
 
+// Rewrites the record at `key` in the layout R; false when there is none of that size.
+template <class R, class Fn> bool Change(DocumentData& data, const RecordKey& key, Fn change) {
+  auto it = data.records.find(key);
+  auto record = it == data.records.end() ? std::nullopt : LayoutOf<R>(&it->second);
+  if (!record)
+    return false;
+  change(*record);
+  it->second = BytesOf(*record);
+  return true;
+}
+
 } // namespace
 
 void Document::Clear() {
@@ -41,25 +51,25 @@ void Document::Clear() {
 int16_t Document::AddStaff(std::u16string_view name, std::u16string_view secondName) {
   if (data_->staffCount == INT16_MAX)
     return -1;
-  std::vector<uint8_t> spec(kStaffSpecSize, 0);
+  EDTStaffSpec2014 spec{};
   if (!name.empty())
-    WriteWord(spec, kStaffSpecFirstName, AddTextBlock(AddRawText(name)));
+    spec.firstNameBlock = AddTextBlock(AddRawText(name));
   if (!secondName.empty())
-    WriteWord(spec, kStaffSpecSecondName, AddTextBlock(AddRawText(secondName)));
+    spec.secondNameBlock = AddTextBlock(AddRawText(secondName));
   int16_t staff = ++data_->staffCount;
-  data_->records[TwoWordKey(kTagStaffSpec, staff)] = std::move(spec);
+  data_->records[TwoWordKey(kTagStaffSpec, staff)] = BytesOf(spec);
   return staff;
 }
 
 int16_t Document::AddMeasure(int16_t keySig, TimeSignature time) {
   if (data_->measureCount == INT16_MAX)
     return -1;
-  std::vector<uint8_t> spec(kMeasureSpecSize, 0);
-  WriteWord(spec, kMeasureSpecKeySig, keySig);
-  WriteWord(spec, kMeasureSpecBeats, time.beats);
-  WriteWord(spec, kMeasureSpecBeatValue, time.beatValue);
+  EDTMeasureSpec2014 spec{};
+  spec.keySig = keySig;
+  spec.timeSigBeats = time.beats;
+  spec.timeSigBeatValue = time.beatValue;
   int16_t measure = ++data_->measureCount;
-  data_->records[TwoWordKey(kTagMeasureSpec, measure)] = std::move(spec);
+  data_->records[TwoWordKey(kTagMeasureSpec, measure)] = BytesOf(spec);
   return measure;
 }
 
@@ -71,57 +81,49 @@ int16_t Document::MeasureCount() const {
 }
 
 std::u16string Document::StaffName(int16_t staff) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagStaffSpec, staff));
+  auto spec = LayoutOf<EDTStaffSpec2014>(data_->FindRecord(TwoWordKey(kTagStaffSpec, staff)));
   if (!spec)
     return {};
-  for (size_t offset : {kStaffSpecFirstName, kStaffSpecSecondName}) {
-    int16_t block = ReadWord(*spec, offset);
+  for (int16_t block : {spec->firstNameBlock, spec->secondNameBlock}) {
     if (block == 0)
       continue;
-    const auto* blockSpec = data_->FindRecord(TwoWordKey(kTagTextBlock, block));
-    if (!blockSpec)
+    auto text = LayoutOf<EDTTextBlock25_4>(data_->FindRecord(TwoWordKey(kTagTextBlock, block)));
+    if (!text)
       continue;
-    if (auto text = RawText(ReadWord(*blockSpec, kTextBlockRawText)))
-      return *text;
+    if (auto characters = RawText(text->rawText))
+      return *characters;
   }
   return {};
 }
 
 int16_t Document::KeySignature(int16_t measure) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure));
-  return spec ? ReadWord(*spec, kMeasureSpecKeySig) : 0;
+  auto spec = LayoutOf<EDTMeasureSpec2014>(data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure)));
+  return spec ? spec->keySig : 0;
 }
 
 TimeSignature Document::TimeSig(int16_t measure) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure));
+  auto spec = LayoutOf<EDTMeasureSpec2014>(data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure)));
   if (!spec)
     return {};
-  return {ReadWord(*spec, kMeasureSpecBeats), ReadWord(*spec, kMeasureSpecBeatValue)};
+  return {spec->timeSigBeats, spec->timeSigBeatValue};
 }
 
 bool Document::SetKeySignature(int16_t measure, int16_t keySig) {
-  auto it = data_->records.find(TwoWordKey(kTagMeasureSpec, measure));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kMeasureSpecKeySig, keySig);
-  return true;
+  return Change<EDTMeasureSpec2014>(*data_, TwoWordKey(kTagMeasureSpec, measure),
+                                    [&](EDTMeasureSpec2014& spec) { spec.keySig = keySig; });
 }
 
 bool Document::SetTimeSig(int16_t measure, TimeSignature time) {
-  auto it = data_->records.find(TwoWordKey(kTagMeasureSpec, measure));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kMeasureSpecBeats, time.beats);
-  WriteWord(it->second, kMeasureSpecBeatValue, time.beatValue);
-  return true;
+  return Change<EDTMeasureSpec2014>(*data_, TwoWordKey(kTagMeasureSpec, measure),
+                                    [&](EDTMeasureSpec2014& spec) {
+                                      spec.timeSigBeats = time.beats;
+                                      spec.timeSigBeatValue = time.beatValue;
+                                    });
 }
 
 bool Document::SetStaffTransposition(int16_t staff, int16_t word) {
-  auto it = data_->records.find(TwoWordKey(kTagStaffSpec, staff));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kStaffSpecTransposition, word);
-  return true;
+  return Change<EDTStaffSpec2014>(*data_, TwoWordKey(kTagStaffSpec, staff),
+                                  [&](EDTStaffSpec2014& spec) { spec.staffTrans = word; });
 }
 
 bool Document::IsValid(FrameAddress frame) const {
@@ -290,29 +292,19 @@ std::optional<std::vector<uint8_t>> Document::EntryDetail(uint32_t tag, uint32_t
 
 std::vector<RecordView> Document::EntryDetails(uint32_t entryNumber) const {
   std::vector<RecordView> out;
-  auto it = data_->records.lower_bound(RecordKey{0x45000000, 0});
-  while (it != data_->records.end() && IsEntryDetailTag(it->first.tag)) {
-    uint32_t tag = it->first.tag;
-    for (auto r = data_->records.lower_bound(EntryDetailKey(tag, entryNumber, 0));
-         r != data_->records.end() && r->first.tag == tag && EntryNumberOf(r->first) == entryNumber;
-         ++r)
-      out.push_back({tag, KeyWords(r->first), r->second});
-    it = data_->records.upper_bound(RecordKey{tag, UINT64_MAX});
-  }
+  ForEachDetailRange(data_->records, entryNumber, [&](auto first, auto last) {
+    for (; first != last; ++first)
+      out.push_back({first->first.tag, KeyWords(first->first), first->second});
+  });
   return out;
 }
 
-std::optional<TupletRecord> Document::Tuplet(uint32_t entryNumber) const {
-  auto bytes = EntryDetail(kTagTupletDetail, entryNumber, 0);
-  if (!bytes || bytes->size() != kTupletRecordSize)
-    return std::nullopt;
-  TupletRecord record;
-  std::memcpy(&record, bytes->data(), sizeof record);
-  return record;
+std::optional<EDTTuplet> Document::Tuplet(uint32_t entryNumber) const {
+  return LayoutOf<EDTTuplet>(data_->FindRecord(EntryDetailKey(kTupletDetailTag, entryNumber, 0)));
 }
 
 bool Document::PutPreference(uint32_t tag, uint16_t number, std::span<const uint8_t> bytes) {
-  if (KeyWordsForTag(tag) != 1)
+  if (!IsPreferenceTag(tag))
     return false;
   const uint16_t keys[1] = {number};
   return PutRecord(tag, keys, bytes);
@@ -320,7 +312,7 @@ bool Document::PutPreference(uint32_t tag, uint16_t number, std::span<const uint
 
 bool Document::RemovePreference(uint32_t tag, uint16_t number) {
   const uint16_t keys[1] = {number};
-  return KeyWordsForTag(tag) == 1 && RemoveRecord(tag, keys);
+  return IsPreferenceTag(tag) && RemoveRecord(tag, keys);
 }
 
 bool Document::PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index,
@@ -363,9 +355,9 @@ int16_t Document::AddTextBlock(int16_t rawText) {
     ++number;
   } while (data_->FindRecord(TwoWordKey(kTagTextBlock, number)));
   data_->textBlockCount = number;
-  std::vector<uint8_t> block(kTextBlockSize, 0);
-  WriteWord(block, kTextBlockRawText, rawText);
-  data_->records[TwoWordKey(kTagTextBlock, number)] = std::move(block);
+  EDTTextBlock25_4 block{};
+  block.rawText = rawText;
+  data_->records[TwoWordKey(kTagTextBlock, number)] = BytesOf(block);
   return number;
 }
 

@@ -190,7 +190,7 @@ TEST_F(FramesTest, DeleteAndFailingSavesAndInsertions) {
   for (int i = 0; i < 5; ++i)
     doc().AddEntry({1, 1, 0}, Note(512));
   std::vector<EXENTRY> before = doc().Entries({1, 1, 0});
-  doc().PutEntryDetail(kTagTupletDetail, before[2].entryNumber, 0, std::vector<uint8_t>(30, 7));
+  doc().PutEntryDetail(kTupletDetailTag, before[2].entryNumber, 0, std::vector<uint8_t>(30, 7));
 
   engine().SetFailing(HostCall::SaveTGF, true);
   engine().SetFailing(HostCall::InsertEXENTRY, true);

@@ -19,29 +19,29 @@ int16_t WordAt(const uint8_t* bytes, size_t offset) {
 TEST_F(RecordsTest, TupletPreferencesAnswerSizeQueriesAndRefuseSmallBuffers) {
   uint16_t prefKey[1] = {0};
   uint32_t size = 0;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 1);
+  EXPECT_EQ(host.LoadEData(kTupletPrefsTag, prefKey, nullptr, &size, kStamp), 1);
   EXPECT_EQ(size, 30u);
 
   uint8_t buffer[40];
   std::memset(buffer, 0xEE, sizeof buffer);
   size = 29;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, buffer, &size, kStamp), 0);
+  EXPECT_EQ(host.LoadEData(kTupletPrefsTag, prefKey, buffer, &size, kStamp), 0);
   EXPECT_EQ(size, 29u);
   EXPECT_EQ(buffer[0], 0xEE);
   size = 40;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, buffer, &size, kStamp), 1);
+  EXPECT_EQ(host.LoadEData(kTupletPrefsTag, prefKey, buffer, &size, kStamp), 1);
   EXPECT_EQ(size, 30u);
   EXPECT_EQ(buffer[30], 0xEE);
 
   // Tests can take the record away or give it another size.
-  EXPECT_TRUE(doc().RemovePreference(kTagTupletPrefs, 0));
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 0);
-  doc().PutPreference(kTagTupletPrefs, 0, std::vector<uint8_t>(20, 1));
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 1);
+  EXPECT_TRUE(doc().RemovePreference(kTupletPrefsTag, 0));
+  EXPECT_EQ(host.LoadEData(kTupletPrefsTag, prefKey, nullptr, &size, kStamp), 0);
+  doc().PutPreference(kTupletPrefsTag, 0, std::vector<uint8_t>(20, 1));
+  EXPECT_EQ(host.LoadEData(kTupletPrefsTag, prefKey, nullptr, &size, kStamp), 1);
   EXPECT_EQ(size, 20u);
   // Writing through the host keeps the record's layout size.
-  EXPECT_EQ(host.SaveEData(kTagTupletPrefs, prefKey, buffer, 20, kStamp), 0);
-  EXPECT_EQ(host.SaveEData(kTagTupletPrefs, prefKey, buffer, 30, kStamp), 1);
+  EXPECT_EQ(host.SaveEData(kTupletPrefsTag, prefKey, buffer, 20, kStamp), 0);
+  EXPECT_EQ(host.SaveEData(kTupletPrefsTag, prefKey, buffer, 30, kStamp), 1);
 }
 
 TEST_F(RecordsTest, TupletDetailsAreKeyedByEntryAndFoundByNextAndPrevious) {
@@ -50,10 +50,10 @@ TEST_F(RecordsTest, TupletDetailsAreKeyedByEntryAndFoundByNextAndPrevious) {
   uint32_t first = doc().AddEntry({1, 1, 0}, Note(1024));
   uint32_t second = doc().AddEntry({1, 1, 0}, Note(1024));
 
-  TupletRecord triplet{3, 512, 2, 512, {}};
+  EDTTuplet triplet{3, 512, 2, 512, {}};
   auto create = [&](uint32_t entry) {
     uint16_t key[3] = {uint16_t(entry & 0xFFFF), uint16_t(entry >> 16), 0xFFFF};
-    int result = host.CreateEData(kTagTupletDetail, key, &triplet, 30, kStamp);
+    int result = host.CreateEData(kTupletDetailTag, key, &triplet, 30, kStamp);
     return std::pair{result, key[2]};
   };
   EXPECT_EQ(create(second), (std::pair{1, uint16_t(0)}));
@@ -61,7 +61,7 @@ TEST_F(RecordsTest, TupletDetailsAreKeyedByEntryAndFoundByNextAndPrevious) {
   EXPECT_EQ(create(first), (std::pair{1, uint16_t(0)}));
   EXPECT_EQ(create(0x7777), (std::pair{0, uint16_t(0xFFFF)})); // no such entry
   uint16_t taken[3] = {uint16_t(first), 0, 0};
-  EXPECT_EQ(host.CreateEData(kTagTupletDetail, taken, &triplet, 30, kStamp), 0);
+  EXPECT_EQ(host.CreateEData(kTupletDetailTag, taken, &triplet, 30, kStamp), 0);
   engine().SetFailing(HostCall::CreateEData, true);
   EXPECT_EQ(create(first).first, 0);
   engine().SetFailing(HostCall::CreateEData, false);
@@ -72,22 +72,22 @@ TEST_F(RecordsTest, TupletDetailsAreKeyedByEntryAndFoundByNextAndPrevious) {
 
   // Walk the tag in key order: (first, 0), (second, 0), (second, 1), then nothing.
   uint16_t key[3] = {0, 0, 0};
-  TupletRecord read{};
+  EDTTuplet read{};
   std::vector<std::pair<uint32_t, uint16_t>> walked;
-  while (host.NextEData(kTagTupletDetail, key, &read, sizeof read, kStamp))
+  while (host.NextEData(kTupletDetailTag, key, &read, sizeof read, kStamp))
     walked.emplace_back(uint32_t(key[0]) | (uint32_t(key[1]) << 16), key[2]);
   EXPECT_EQ(walked,
             (std::vector<std::pair<uint32_t, uint16_t>>{{first, 0}, {second, 0}, {second, 1}}));
   EXPECT_EQ(read.tupletUnit, 512);
-  EXPECT_EQ(host.PreviousEData(kTagTupletDetail, key, nullptr, 0, kStamp), 1);
+  EXPECT_EQ(host.PreviousEData(kTupletDetailTag, key, nullptr, 0, kStamp), 1);
   EXPECT_EQ(key[2], 0);
   EXPECT_EQ(key[0], uint16_t(second));
   // A buffer too small for the neighbour leaves the key where it was.
-  EXPECT_EQ(host.PreviousEData(kTagTupletDetail, key, &read, 10, kStamp), 0);
+  EXPECT_EQ(host.PreviousEData(kTupletDetailTag, key, &read, 10, kStamp), 0);
   EXPECT_EQ(key[0], uint16_t(second));
 
-  EXPECT_EQ(host.DeleteEData(kTagTupletDetail, key, kStamp), 1);
-  EXPECT_EQ(host.DeleteEData(kTagTupletDetail, key, kStamp), 0);
+  EXPECT_EQ(host.DeleteEData(kTupletDetailTag, key, kStamp), 1);
+  EXPECT_EQ(host.DeleteEData(kTupletDetailTag, key, kStamp), 0);
   EXPECT_EQ(doc().EntryDetails(second).size(), 1u);
 }
 
@@ -143,7 +143,7 @@ TEST_F(RecordsTest, SpecsAndTextsHaveTheLayoutsTheAccessorsRead) {
   EXPECT_EQ(host.SaveEData(kTagMeasureSpec, missing, spec, 30, kStamp), 0);
 
   // Other records: 12 bytes, {owner, index}.
-  const uint32_t ot21 = MakeTag('o', 't', '2', '1');
+  const uint32_t ot21 = FourCharTag("ot21");
   std::vector<uint8_t> other(12, 0);
   other[0] = 42;
   uint16_t otherKey[2] = {65534, 3};
