@@ -5,6 +5,7 @@
 
 #include <iostream>
 
+#include "DialogItems.h"
 #include "Engine.h"
 #include "EngineBridge.h"
 #include "HostError.h"
@@ -107,8 +108,8 @@ bool DialogAccepted(const engine::Engine& engine) {
   if (record.end != engine::DialogEnd::ByHandler)
     return false;
   for (auto it = record.messages.rbegin(); it != record.messages.rend(); ++it)
-    if (it->message == 273)
-      return it->item == 1;
+    if (it->message == kDialogMessageAction)
+      return it->item == dialog_items::kOK;
   return false;
 }
 

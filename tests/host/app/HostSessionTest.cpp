@@ -4,6 +4,7 @@
 
 #include "Commands.h"
 #include "DialogActions.h"
+#include "DialogItems.h"
 #include "Engine.h"
 #include "EngineBridge.h"
 #include "HostError.h"
@@ -64,13 +65,13 @@ TEST(HostSession, NamedDurationsArePickedFromThePalettes) {
 
   ASSERT_FALSE(engine.DialogHistory().empty());
   const auto& record = engine.DialogHistory().back();
-  EXPECT_EQ(Control(record, item::kMinimumField)->value, 768);
-  EXPECT_EQ(Control(record, item::kMinimumDotted)->value, 1);
-  EXPECT_EQ(Control(record, item::kMinimumPalette + 4)->value, 1); // eighth
-  EXPECT_EQ(Control(record, item::kMaximumField)->value, 2048);
-  EXPECT_EQ(Control(record, item::kTargetField)->value, 256);
-  EXPECT_EQ(Control(record, item::kDurationRange)->value, 1);
-  EXPECT_EQ(Control(record, item::kTargetMode)->value, 1);
+  EXPECT_EQ(Control(record, dialog_items::kMinimumField)->value, 768);
+  EXPECT_EQ(Control(record, dialog_items::kMinimumDotted)->value, 1);
+  EXPECT_EQ(Control(record, dialog_items::kMinimumPalette + 4)->value, 1); // eighth
+  EXPECT_EQ(Control(record, dialog_items::kMaximumField)->value, 2048);
+  EXPECT_EQ(Control(record, dialog_items::kTargetField)->value, 256);
+  EXPECT_EQ(Control(record, dialog_items::kDurationRange)->value, 1);
+  EXPECT_EQ(Control(record, dialog_items::kByTarget)->value, 1);
   EXPECT_TRUE(engine.Alerts().empty());
 
   // Quarters (1024) become four sixteenths; the whole notes are longer than the maximum.
