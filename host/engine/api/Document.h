@@ -90,18 +90,11 @@ public:
   int16_t AddStaff(std::u16string_view name = {}, std::u16string_view secondName = {});
   // Adds a measure; returns its number (1, 2, ...) or -1.
   int16_t AddMeasure(int16_t keySig = 0, TimeSignature time = {});
-  int16_t StaffCount() const;
-  int16_t MeasureCount() const;
-  // The staff's first name (second when the first is absent), as stored; empty when none.
-  std::u16string StaffName(int16_t staff) const;
   // From the measure spec; 0 / {4, 1024} when the measure does not exist.
   int16_t KeySignature(int16_t measure) const;
   TimeSignature TimeSig(int16_t measure) const;
-  bool SetKeySignature(int16_t measure, int16_t keySig);
-  bool SetTimeSig(int16_t measure, TimeSignature time);
-  // Staff-transposition word at byte 20 of the staff spec.
+  // The staff spec's staff-transposition word.
   bool SetStaffTransposition(int16_t staff, int16_t word);
-  bool IsValid(FrameAddress frame) const; // staff, measure exist; layer 0..3
 
   // --- Entries -----------------------------------------------------------------------------
   // Appends an entry to the frame and gives it a new entry number, which it returns; 0 when the
@@ -116,7 +109,6 @@ public:
   std::vector<BeamRole> Beams(FrameAddress frame) const;
   // Where an entry lives; nullopt for an unknown number.
   std::optional<FrameAddress> FindEntry(uint32_t entryNumber) const;
-  std::optional<EXENTRY> Entry(uint32_t entryNumber) const;
   // Replaces all entries of a frame (numbers given as by SX_SaveTGF). False when refused.
   bool ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entries);
   size_t EntryCount() const; // in the whole document
@@ -124,37 +116,21 @@ public:
   void Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaff, int16_t lastMeasure);
 
   // --- Records -----------------------------------------------------------------------------
-  // Key lists must have KeyWordsForTag(tag) words. Put creates or replaces.
-  bool PutRecord(uint32_t tag, std::span<const uint16_t> keys, std::span<const uint8_t> bytes);
+  // The record of the tag found by `keys` (KeyWordsForTag(tag) words).
   std::optional<std::vector<uint8_t>> Record(uint32_t tag, std::span<const uint16_t> keys) const;
-  bool RemoveRecord(uint32_t tag, std::span<const uint16_t> keys);
-  // Every record of the tag, in key order.
-  std::vector<RecordView> Records(uint32_t tag) const;
 
-  // Entry-detail records (tag with 'E' first, keys {entryNumber, index}).
+  // Entry-detail records (tag with 'E' first, keys {entryNumber, index}); creates or replaces.
   bool PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
                       std::span<const uint8_t> bytes);
-  std::optional<std::vector<uint8_t>> EntryDetail(uint32_t tag, uint32_t entryNumber,
-                                                  uint16_t index = 0) const;
   // Every detail record attached to the entry, all tags, in (tag, index) order.
   std::vector<RecordView> EntryDetails(uint32_t entryNumber) const;
   // The tuplet record at the entry (index 0), if any.
   std::optional<EDTTuplet> Tuplet(uint32_t entryNumber) const;
 
   // Preference records ("pf.." tags, key {number}). The tuplet preferences "pfTP" 0 exist by
-  // default; tests remove or replace them.
+  // default; tests remove or replace them. Put creates or replaces.
   bool PutPreference(uint32_t tag, uint16_t number, std::span<const uint8_t> bytes);
   bool RemovePreference(uint32_t tag, uint16_t number);
-
-  // Other records ("ot.." tags, keys {owner, index}, 12 bytes).
-  bool PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index, std::span<const uint8_t> bytes);
-  std::optional<std::vector<uint8_t>> OtherRecord(uint32_t tag, uint16_t owner,
-                                                  uint16_t index) const;
-
-  // Raw texts ("txbl", UTF-16) and text blocks ("SOTX"); numbered from 1.
-  int16_t AddRawText(std::u16string_view text);
-  std::optional<std::u16string> RawText(int16_t text) const;
-  int16_t AddTextBlock(int16_t rawText);
 
 private:
   DocumentData* data_;

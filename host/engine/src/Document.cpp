@@ -19,16 +19,30 @@ std::vector<uint8_t> TextBytes(std::u16string_view text) {
   return bytes;
 }
 
-std::u16string TextOf(const std::vector<uint8_t>& bytes) {
-  std::u16string text(bytes.size() / 2, u'\0');
-  for (size_t i = 0; i < text.size(); ++i)
-    text[i] = char16_t(bytes[2 * i] | (bytes[2 * i + 1] << 8));
-  return text;
-}
-
 RecordKey TwoWordKey(uint32_t tag, int16_t first) {
   const uint16_t keys[2] = {uint16_t(first), 0};
   return MakeRecordKey(tag, keys);
+}
+
+// Stores `bytes` as the tag's record under the first free number after `last`, which moves
+// there. Returns the number; 0 when none is left.
+int16_t AddNumbered(DocumentData& data, uint32_t tag, int16_t& last, std::vector<uint8_t> bytes) {
+  int16_t number = last;
+  do {
+    if (number == INT16_MAX)
+      return 0;
+    ++number;
+  } while (data.FindRecord(TwoWordKey(tag, number)));
+  last = number;
+  data.records[TwoWordKey(tag, number)] = std::move(bytes);
+  return number;
+}
+
+// A staff name the host's way: a raw text and a text block naming it. Returns the block.
+int16_t AddStaffName(DocumentData& data, std::u16string_view name) {
+  EDTTextBlock25_4 block{};
+  block.rawText = AddNumbered(data, kTagRawText, data.rawTextCount, TextBytes(name));
+  return AddNumbered(data, kTagTextBlock, data.textBlockCount, BytesOf(block));
 }
 
 // Rewrites the record at `key` in the layout R; false when there is none of that size.
@@ -53,9 +67,9 @@ int16_t Document::AddStaff(std::u16string_view name, std::u16string_view secondN
     return -1;
   EDTStaffSpec2014 spec{};
   if (!name.empty())
-    spec.firstNameBlock = AddTextBlock(AddRawText(name));
+    spec.firstNameBlock = AddStaffName(*data_, name);
   if (!secondName.empty())
-    spec.secondNameBlock = AddTextBlock(AddRawText(secondName));
+    spec.secondNameBlock = AddStaffName(*data_, secondName);
   int16_t staff = ++data_->staffCount;
   data_->records[TwoWordKey(kTagStaffSpec, staff)] = BytesOf(spec);
   return staff;
@@ -73,29 +87,6 @@ int16_t Document::AddMeasure(int16_t keySig, TimeSignature time) {
   return measure;
 }
 
-int16_t Document::StaffCount() const {
-  return data_->staffCount;
-}
-int16_t Document::MeasureCount() const {
-  return data_->measureCount;
-}
-
-std::u16string Document::StaffName(int16_t staff) const {
-  auto spec = LayoutOf<EDTStaffSpec2014>(data_->FindRecord(TwoWordKey(kTagStaffSpec, staff)));
-  if (!spec)
-    return {};
-  for (int16_t block : {spec->firstNameBlock, spec->secondNameBlock}) {
-    if (block == 0)
-      continue;
-    auto text = LayoutOf<EDTTextBlock25_4>(data_->FindRecord(TwoWordKey(kTagTextBlock, block)));
-    if (!text)
-      continue;
-    if (auto characters = RawText(text->rawText))
-      return *characters;
-  }
-  return {};
-}
-
 int16_t Document::KeySignature(int16_t measure) const {
   auto spec = LayoutOf<EDTMeasureSpec2014>(data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure)));
   return spec ? spec->keySig : 0;
@@ -108,26 +99,9 @@ TimeSignature Document::TimeSig(int16_t measure) const {
   return {spec->timeSigBeats, spec->timeSigBeatValue};
 }
 
-bool Document::SetKeySignature(int16_t measure, int16_t keySig) {
-  return Change<EDTMeasureSpec2014>(*data_, TwoWordKey(kTagMeasureSpec, measure),
-                                    [&](EDTMeasureSpec2014& spec) { spec.keySig = keySig; });
-}
-
-bool Document::SetTimeSig(int16_t measure, TimeSignature time) {
-  return Change<EDTMeasureSpec2014>(*data_, TwoWordKey(kTagMeasureSpec, measure),
-                                    [&](EDTMeasureSpec2014& spec) {
-                                      spec.timeSigBeats = time.beats;
-                                      spec.timeSigBeatValue = time.beatValue;
-                                    });
-}
-
 bool Document::SetStaffTransposition(int16_t staff, int16_t word) {
   return Change<EDTStaffSpec2014>(*data_, TwoWordKey(kTagStaffSpec, staff),
                                   [&](EDTStaffSpec2014& spec) { spec.staffTrans = word; });
-}
-
-bool Document::IsValid(FrameAddress frame) const {
-  return data_->IsValid(frame);
 }
 
 uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
@@ -199,16 +173,6 @@ std::optional<FrameAddress> Document::FindEntry(uint32_t entryNumber) const {
   return FrameAddressOf(it->second);
 }
 
-std::optional<EXENTRY> Document::Entry(uint32_t entryNumber) const {
-  auto it = data_->entryIndex.find(entryNumber);
-  if (it == data_->entryIndex.end())
-    return std::nullopt;
-  for (const EXENTRY& e : data_->frames.at(it->second).entries)
-    if (e.entryNumber == entryNumber)
-      return e;
-  return std::nullopt;
-}
-
 bool Document::ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entries) {
   if (!data_->IsValid(frame) || entries.size() > size_t(kMaxFrameEntries))
     return false;
@@ -242,14 +206,6 @@ void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaf
   }
 }
 
-bool Document::PutRecord(uint32_t tag, std::span<const uint16_t> keys,
-                         std::span<const uint8_t> bytes) {
-  if (keys.size() < KeyWordsForTag(tag))
-    return false;
-  data_->records[MakeRecordKey(tag, keys.data())].assign(bytes.begin(), bytes.end());
-  return true;
-}
-
 std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
                                                      std::span<const uint16_t> keys) const {
   if (keys.size() < KeyWordsForTag(tag))
@@ -259,35 +215,12 @@ std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
   return std::nullopt;
 }
 
-bool Document::RemoveRecord(uint32_t tag, std::span<const uint16_t> keys) {
-  if (keys.size() < KeyWordsForTag(tag))
-    return false;
-  return data_->records.erase(MakeRecordKey(tag, keys.data())) != 0;
-}
-
-std::vector<RecordView> Document::Records(uint32_t tag) const {
-  std::vector<RecordView> out;
-  for (auto it = data_->records.lower_bound({tag, 0});
-       it != data_->records.end() && it->first.tag == tag; ++it)
-    out.push_back({tag, KeyWords(it->first), it->second});
-  return out;
-}
-
 bool Document::PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
                               std::span<const uint8_t> bytes) {
   if (!IsEntryDetailTag(tag) || !data_->entryIndex.count(entryNumber))
     return false;
   data_->records[EntryDetailKey(tag, entryNumber, index)].assign(bytes.begin(), bytes.end());
   return true;
-}
-
-std::optional<std::vector<uint8_t>> Document::EntryDetail(uint32_t tag, uint32_t entryNumber,
-                                                          uint16_t index) const {
-  if (!IsEntryDetailTag(tag))
-    return std::nullopt;
-  if (const auto* bytes = data_->FindRecord(EntryDetailKey(tag, entryNumber, index)))
-    return *bytes;
-  return std::nullopt;
 }
 
 std::vector<RecordView> Document::EntryDetails(uint32_t entryNumber) const {
@@ -307,58 +240,13 @@ bool Document::PutPreference(uint32_t tag, uint16_t number, std::span<const uint
   if (!IsPreferenceTag(tag))
     return false;
   const uint16_t keys[1] = {number};
-  return PutRecord(tag, keys, bytes);
+  data_->records[MakeRecordKey(tag, keys)].assign(bytes.begin(), bytes.end());
+  return true;
 }
 
 bool Document::RemovePreference(uint32_t tag, uint16_t number) {
   const uint16_t keys[1] = {number};
-  return IsPreferenceTag(tag) && RemoveRecord(tag, keys);
-}
-
-bool Document::PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index,
-                              std::span<const uint8_t> bytes) {
-  if (!IsOtherRecordTag(tag) || bytes.size() != kOtherRecordSize)
-    return false;
-  const uint16_t keys[2] = {owner, index};
-  return PutRecord(tag, keys, bytes);
-}
-
-std::optional<std::vector<uint8_t>> Document::OtherRecord(uint32_t tag, uint16_t owner,
-                                                          uint16_t index) const {
-  const uint16_t keys[2] = {owner, index};
-  return IsOtherRecordTag(tag) ? Record(tag, keys) : std::nullopt;
-}
-
-int16_t Document::AddRawText(std::u16string_view text) {
-  int16_t number = data_->rawTextCount;
-  do {
-    if (number == INT16_MAX)
-      return 0;
-    ++number;
-  } while (data_->FindRecord(TwoWordKey(kTagRawText, number)));
-  data_->rawTextCount = number;
-  data_->records[TwoWordKey(kTagRawText, number)] = TextBytes(text);
-  return number;
-}
-
-std::optional<std::u16string> Document::RawText(int16_t text) const {
-  if (const auto* bytes = data_->FindRecord(TwoWordKey(kTagRawText, text)))
-    return TextOf(*bytes);
-  return std::nullopt;
-}
-
-int16_t Document::AddTextBlock(int16_t rawText) {
-  int16_t number = data_->textBlockCount;
-  do {
-    if (number == INT16_MAX)
-      return 0;
-    ++number;
-  } while (data_->FindRecord(TwoWordKey(kTagTextBlock, number)));
-  data_->textBlockCount = number;
-  EDTTextBlock25_4 block{};
-  block.rawText = rawText;
-  data_->records[TwoWordKey(kTagTextBlock, number)] = BytesOf(block);
-  return number;
+  return IsPreferenceTag(tag) && data_->records.erase(MakeRecordKey(tag, keys)) != 0;
 }
 
 } // namespace scribo::engine

@@ -11,9 +11,6 @@ namespace scribo::engine {
 void WindowSystem::SetMainScreen(std::optional<ScreenRect> frame) {
   data_->mainScreen = frame;
 }
-std::optional<ScreenRect> WindowSystem::MainScreen() const {
-  return data_->mainScreen;
-}
 
 void WindowSystem::SetWindowFrame(const void* window, ScreenRect frame) {
   if (window)
@@ -34,9 +31,6 @@ void WindowSystem::ForgetWindow(const void* window) {
 void WindowSystem::SetModifierFlags(uint64_t flags) {
   data_->modifiers = flags;
 }
-uint64_t WindowSystem::ModifierFlags() const {
-  return data_->modifiers;
-}
 
 void WindowSystem::SetKeyDown(int key, bool down) {
   if (key < 0 || key >= 128)
@@ -46,13 +40,6 @@ void WindowSystem::SetKeyDown(int key, bool down) {
     data_->keys[size_t(key / 8)] |= bit;
   else
     data_->keys[size_t(key / 8)] &= static_cast<unsigned char>(~bit);
-}
-
-void WindowSystem::ReleaseAllKeys() {
-  data_->keys.fill(0);
-}
-std::array<unsigned char, 16> WindowSystem::KeyMap() const {
-  return data_->keys;
 }
 
 } // namespace scribo::engine
