@@ -1,10 +1,9 @@
 // The simulated window system and keyboard, and the five C functions plug-ins ask it through.
 #include "WindowSystem.h"
 
-#include <cstddef>
-
 #include "EngineState.h"
 #include "HostExport.h"
+#include "ScriboWindowSystem.h"
 
 namespace scribo::engine {
 
@@ -46,17 +45,7 @@ void WindowSystem::SetKeyDown(int key, bool down) {
 
 using namespace scribo::engine;
 
-// The frame as plug-ins read it: origin bottom-left, y upward.
-struct PlatformRect {
-  double x, y, width, height;
-};
-static_assert(sizeof(PlatformRect) == 32);
-static_assert(offsetof(PlatformRect, x) == 0);
-static_assert(offsetof(PlatformRect, y) == 8);
-static_assert(offsetof(PlatformRect, width) == 16);
-static_assert(offsetof(PlatformRect, height) == 24);
-
-SX_EXPORT int PlatformMainScreenFrame(PlatformRect* frame) {
+SX_EXPORT int PlatformMainScreenFrame(ScriboRect* frame) {
   const auto& screen = State().windowData.mainScreen;
   if (!screen)
     return 0;
@@ -65,7 +54,7 @@ SX_EXPORT int PlatformMainScreenFrame(PlatformRect* frame) {
   return 1;
 }
 
-SX_EXPORT void PlatformWindowFrame(void* window, PlatformRect* frame) {
+SX_EXPORT void PlatformWindowFrame(void* window, ScriboRect* frame) {
   if (!frame)
     return;
   *frame = {0, 0, 0, 0};
