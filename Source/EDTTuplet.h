@@ -13,8 +13,10 @@
 constexpr uint32_t kTupletPrefsTag = FourCharTag("pfTP");
 // The tuplet detail record attached to the first entry of a tuplet (bytes 'E', 0x03, 'T', 'P').
 constexpr uint32_t kTupletDetailTag = 0x45035450;
-// The detail record's key index after the entry number: the record belongs to the entry itself.
-constexpr uint16_t kTupletDetailIndex = 0xFFFF;
+// The index (-1) that a new detail record's key carries after the entry number: the host gives
+// the record the entry's next free index (0 for its first), so a new record never replaces one
+// the entry already holds, and writes that index back into the key.
+constexpr uint16_t kNextFreeDetailIndex = 0xFFFF;
 
 #pragma pack(push, 2)
 // 30 bytes: `tupletNumber` notes of `tupletUnit` in the time of `referenceNumber` notes of
@@ -30,7 +32,7 @@ struct EDTTuplet {
 // The detail record's key as the host reads it: the entry's number, then the index.
 struct EDTTupletKey {
   uint32_t entryNumber; // EXENTRY::entryNumber
-  uint16_t index;       // kTupletDetailIndex
+  uint16_t index;       // kNextFreeDetailIndex on creation
 };
 #pragma pack(pop)
 

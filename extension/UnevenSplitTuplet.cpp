@@ -36,7 +36,7 @@ void MakeUnevenSplitTuplet(EXENTRY* entry, int parts) {
   tuplet.referenceNumber = static_cast<int16_t>(duration / unit);
   tuplet.referenceUnit = unit;
 
-  const EDTTupletKey key{entry->entryNumber, kTupletDetailIndex};
+  const EDTTupletKey key{entry->entryNumber, kNextFreeDetailIndex};
   uint16_t keyWords[3];
   static_assert(sizeof keyWords == sizeof key);
   std::memcpy(keyWords, &key, sizeof key);

@@ -1,4 +1,6 @@
 // The smallest possible host: one layer query, so that a benchmark measures the call itself.
-#include <cstdint>
+#include "HostExports.h"
 
-extern "C" __attribute__((visibility("default"))) int SX_GetShowLayer(int layer, uint32_t) { return layer + 1; }
+int32_t SX_GetShowLayer(int32_t layer, uint32_t) {
+  return layer + 1;
+}

@@ -7,20 +7,12 @@
 #include <cstdint>
 
 #include "Engine.h"
-
-extern "C" {
-EXTGF2005a* SX_LoadTGF(uint32_t frameSource, int staff, int measure, int layer, int option,
-                       uint32_t version);
-int SX_InsertEXENTRY(EXTGF2005a* frame, int index, int count, uint32_t version);
-int SX_SaveTGF(EXTGF2005a* frame, uint32_t version);
-int SX_FreeTGF(EXTGF2005a* frame, uint32_t version);
-}
+#include "HostExports.h"
 
 namespace {
 
 using namespace scribo::engine;
 
-constexpr uint32_t kStamp = 0x19500000;
 constexpr int kEntries = 100000;
 constexpr int kStaves = 10;
 
@@ -48,9 +40,9 @@ void BuildScore(int perFrame) {
 void SplitAll(int perFrame) {
   int frames = kEntries / perFrame;
   for (int f = 0; f < frames; ++f) {
-    EXTGF2005a* frame = SX_LoadTGF(0, f % kStaves + 1, f / kStaves + 1, 0, 1, kStamp);
+    EXTGF2005a* frame = SX_LoadTGF(0, f % kStaves + 1, f / kStaves + 1, 0, 1, kScriboHostVersion);
     for (int i = 0; i < frame->entryCount; i += 2) {
-      if (!SX_InsertEXENTRY(frame, i + 1, 1, kStamp))
+      if (!SX_InsertEXENTRY(frame, i + 1, 1, kScriboHostVersion))
         break;
       EXENTRY* entries = frame->entries;
       entries[i].duration = int16_t(entries[i].duration / 2);
@@ -59,8 +51,8 @@ void SplitAll(int perFrame) {
       entries[i + 1].entryNumber = 0;
       entries[i + 1].position = entries[i].position + entries[i].actualDuration;
     }
-    SX_SaveTGF(frame, kStamp);
-    SX_FreeTGF(frame, kStamp);
+    SX_SaveTGF(frame, kScriboHostVersion);
+    SX_FreeTGF(frame, kScriboHostVersion);
   }
 }
 
@@ -79,11 +71,7 @@ void BM_LoadSplitSave(benchmark::State& state) {
       benchmark::Counter(double(kEntries), benchmark::Counter::kIsIterationInvariantRate);
 }
 
-BENCHMARK(BM_LoadSplitSave)
-    ->Arg(16)
-    ->Arg(125)
-    ->Arg(1000)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadSplitSave)->Arg(16)->Arg(125)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

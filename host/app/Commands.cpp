@@ -5,10 +5,11 @@
 
 #include <iostream>
 
+#include "DialogItems.h"
 #include "Engine.h"
 #include "EngineBridge.h"
 #include "HostError.h"
-#include "HostTypes.h"
+#include "HostExports.h"
 #include "MusicXmlExport.h"
 #include "PluginHost.h"
 #include "ScoreError.h"
@@ -27,21 +28,17 @@ namespace {
 // out of the engine.
 constexpr long kProgressThreshold = 20000;
 
-// The engine's mass-edit display, driven by the host around its own long steps.
+// The engine's mass-edit display, driven by the host around its own long steps through the
+// engine's host functions.
 class HostProgress {
 public:
-  HostProgress(void* engine, int total, bool enabled) {
-    if (!enabled || !engine)
-      return;
-    start_ = reinterpret_cast<StartFn>(dlsym(engine, "SX_StartMassEdit"));
-    step_ = reinterpret_cast<StepFn>(dlsym(engine, "SX_MassEditProgress"));
-    end_ = reinterpret_cast<EndFn>(dlsym(engine, "SX_EndMassEdit"));
-    if (start_ && step_ && end_)
-      handle_ = start_(nullptr, static_cast<uint32_t>(total), kScriboHostVersion);
+  HostProgress(int total, bool enabled) {
+    if (enabled)
+      handle_ = SX_StartMassEdit(nullptr, static_cast<uint32_t>(total), kScriboHostVersion);
   }
   ~HostProgress() {
     if (handle_)
-      end_(handle_, 0, kScriboHostVersion);
+      SX_EndMassEdit(handle_, 0, kScriboHostVersion);
   }
   HostProgress(const HostProgress&) = delete;
   HostProgress& operator=(const HostProgress&) = delete;
@@ -49,19 +46,13 @@ public:
   MeasureProgress Callback() {
     return [this](int done, int) {
       if (handle_ && done > reported_) {
-        step_(handle_, done - reported_, 0, 0, 0, kScriboHostVersion);
+        SX_MassEditProgress(handle_, done - reported_, 0, 0, 0, kScriboHostVersion);
         reported_ = done;
       }
     };
   }
 
 private:
-  using StartFn = void* (*)(void*, uint32_t, uint32_t);
-  using StepFn = int (*)(void*, int, int, int, int, uint32_t);
-  using EndFn = void (*)(void*, int, uint32_t);
-  StartFn start_ = nullptr;
-  StepFn step_ = nullptr;
-  EndFn end_ = nullptr;
   void* handle_ = nullptr;
   int reported_ = 0;
 };
@@ -107,8 +98,8 @@ bool DialogAccepted(const engine::Engine& engine) {
   if (record.end != engine::DialogEnd::ByHandler)
     return false;
   for (auto it = record.messages.rbegin(); it != record.messages.rend(); ++it)
-    if (it->message == 273)
-      return it->item == 1;
+    if (it->message == kDialogMessageAction)
+      return it->item == dialog_items::kOK;
   return false;
 }
 
@@ -151,8 +142,7 @@ int RunSubdivide(const SubdivideRequest& request, std::ostream& err) {
   bool showProgress = !request.quiet && frames >= kProgressThreshold;
   EngineBridge bridge;
   {
-    HostProgress progress(host.engineHandle(), static_cast<int>(score.measures.size()),
-                          showProgress);
+    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
     bridge.Load(score, engine.document(), progress.Callback());
   }
 
@@ -189,8 +179,7 @@ int RunSubdivide(const SubdivideRequest& request, std::ostream& err) {
 
   Score edited;
   {
-    HostProgress progress(host.engineHandle(), static_cast<int>(score.measures.size()),
-                          showProgress);
+    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
     edited = bridge.Read(score, engine.document(), progress.Callback());
   }
   musicxml::ExportSummary summary = musicxml::ApplyScore(imported.source, edited);

@@ -1,20 +1,23 @@
 #include "DialogActions.h"
 
+#include "DialogItems.h"
+
 namespace scribo::host {
 
 using engine::DialogAction;
+using namespace dialog_items;
 
 namespace {
 
 void AddDuration(engine::DialogScript& script, const musicxml::DurationText& duration,
-                 int16_t firstPaletteButton, int16_t dottedBox, int16_t field) {
+                 const DurationGroup& group) {
   if (duration.paletteIndex >= 0) {
     script.push_back(
-        DialogAction::Click(static_cast<int16_t>(firstPaletteButton + duration.paletteIndex)));
+        DialogAction::Click(static_cast<int16_t>(group.firstButton + duration.paletteIndex)));
     if (duration.dotted)
-      script.push_back(DialogAction::Toggle(dottedBox));
+      script.push_back(DialogAction::Toggle(group.dottedBox));
   } else {
-    script.push_back(DialogAction::TypeText(field, std::to_string(duration.tdu)));
+    script.push_back(DialogAction::TypeText(group.field, std::to_string(duration.tdu)));
   }
 }
 
@@ -23,25 +26,22 @@ void AddDuration(engine::DialogScript& script, const musicxml::DurationText& dur
 engine::DialogScript BuildDialogScript(const SubdivideOptions& options) {
   engine::DialogScript script;
   if (options.minimum || options.maximum) {
-    script.push_back(DialogAction::Click(item::kDurationRange));
+    script.push_back(DialogAction::Click(kDurationRange));
     if (options.minimum)
-      AddDuration(script, *options.minimum, item::kMinimumPalette, item::kMinimumDotted,
-                  item::kMinimumField);
+      AddDuration(script, *options.minimum, kMinimumGroup);
     if (options.maximum)
-      AddDuration(script, *options.maximum, item::kMaximumPalette, item::kMaximumDotted,
-                  item::kMaximumField);
+      AddDuration(script, *options.maximum, kMaximumGroup);
   } else {
-    script.push_back(DialogAction::Click(item::kAllDurations));
+    script.push_back(DialogAction::Click(kAllDurations));
   }
   if (options.divisions) {
-    script.push_back(DialogAction::Click(item::kDivisionsMode));
-    script.push_back(DialogAction::TypeText(item::kPartsField, *options.divisions));
+    script.push_back(DialogAction::Click(kByDivisions));
+    script.push_back(DialogAction::TypeText(kDivisionsField, *options.divisions));
   } else if (options.target) {
-    script.push_back(DialogAction::Click(item::kTargetMode));
-    AddDuration(script, *options.target, item::kTargetPalette, item::kTargetDotted,
-                item::kTargetField);
+    script.push_back(DialogAction::Click(kByTarget));
+    AddDuration(script, *options.target, kTargetGroup);
   }
-  script.push_back(DialogAction::Click(item::kOK));
+  script.push_back(DialogAction::Click(kOK));
   return script;
 }
 

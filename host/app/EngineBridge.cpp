@@ -1,7 +1,6 @@
 #include "EngineBridge.h"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 #include <string>
 
@@ -56,11 +55,10 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
   }
 
   // Tuplet detail records start as copies of the document's tuplet preferences.
-  std::vector<uint8_t> templateRecord(engine::kTupletRecordSize, 0);
   const uint16_t prefKey[1] = {0};
-  if (auto prefs = document.Record(engine::kTagTupletPrefs, prefKey);
-      prefs && prefs->size() == engine::kTupletRecordSize)
-    templateRecord = *prefs;
+  auto prefs = document.Record(kTupletPrefsTag, prefKey);
+  EDTTuplet templateRecord =
+      engine::LayoutOf<EDTTuplet>(prefs ? &*prefs : nullptr).value_or(EDTTuplet{});
 
   int staves = static_cast<int>(score.staves.size());
   int measures = static_cast<int>(score.measures.size());
@@ -92,16 +90,13 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
           sourceOf_[number] = e.source;
           for (size_t k = 0; k < e.tuplets.size(); ++k) {
             const musicxml::TupletRatio& t = e.tuplets[k];
-            engine::TupletRecord record;
-            std::memcpy(&record, templateRecord.data(), sizeof record);
+            EDTTuplet record = templateRecord;
             record.tupletNumber = t.tupletNumber;
             record.tupletUnit = t.tupletUnit;
             record.referenceNumber = t.referenceNumber;
             record.referenceUnit = t.referenceUnit;
-            std::vector<uint8_t> bytes(sizeof record);
-            std::memcpy(bytes.data(), &record, sizeof record);
-            document.PutEntryDetail(engine::kTagTupletDetail, number, static_cast<uint16_t>(k),
-                                    bytes);
+            document.PutEntryDetail(kTupletDetailTag, number, static_cast<uint16_t>(k),
+                                    engine::BytesOf(record));
           }
         }
       }
@@ -154,13 +149,10 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
             // Every tuplet record of the entry in index order: a split inside an existing
             // tuplet adds one after the source's own.
             for (const auto& detail : document.EntryDetails(e.entryNumber)) {
-              if (detail.tag != engine::kTagTupletDetail ||
-                  detail.bytes.size() < engine::kTupletRecordSize)
-                continue;
-              engine::TupletRecord record;
-              std::memcpy(&record, detail.bytes.data(), sizeof record);
-              e.tuplets.push_back({record.tupletNumber, record.tupletUnit, record.referenceNumber,
-                                   record.referenceUnit});
+              auto record = engine::LayoutOf<EDTTuplet>(&detail.bytes);
+              if (detail.tag == kTupletDetailTag && record)
+                e.tuplets.push_back({record->tupletNumber, record->tupletUnit,
+                                     record->referenceNumber, record->referenceUnit});
             }
           }
           if (i < beams.size()) {

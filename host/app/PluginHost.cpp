@@ -4,10 +4,14 @@
 #include <unistd.h>
 
 #include <climits>
+#include <cstddef>
 #include <cstdio>
+#include <cstring>
 
 #include "HostError.h"
 #include "HostTypes.h"
+#include "TextCodec.h"
+#include "tExtensionMenuRecord.h"
 
 namespace scribo::host {
 
@@ -15,21 +19,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The menu record of ScriboExtensionEnumerate_UTF16: three 128-unit UTF-16 texts and a flag.
-#pragma pack(push, 2)
-struct MenuRecord {
-  uint16_t texts[3][128];
-  uint32_t flag;
-};
-#pragma pack(pop)
-static_assert(sizeof(MenuRecord) == 772);
-static_assert(offsetof(MenuRecord, texts) == 0);
-static_assert(offsetof(MenuRecord, flag) == 768);
-
 using MainFn = int (*)(int, void*);
 using VersionFn = uint32_t (*)();
 using InitFn = int (*)(void*, uint32_t*);
-using EnumerateFn = int (*)(void*, short, MenuRecord*);
+using EnumerateFn = int (*)(void*, short, tExtensionMenuRecord*);
 using InvokeFn = int (*)(OpaqueCocoaWindow*, short, EREGION*);
 
 // What the host passes to `main` and as its document window: addresses of its own, never
@@ -37,32 +30,12 @@ using InvokeFn = int (*)(OpaqueCocoaWindow*, short, EREGION*);
 int sHostContext = 1;
 char sHostWindow = 0;
 
-std::string Utf8(const uint16_t* text, size_t capacity) {
-  std::string out;
-  for (size_t i = 0; i < capacity && text[i]; ++i) {
-    uint32_t cp = text[i];
-    if (cp >= 0xD800 && cp < 0xDC00 && i + 1 < capacity && text[i + 1] >= 0xDC00 &&
-        text[i + 1] < 0xE000) {
-      cp = 0x10000 + ((cp - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-      ++i;
-    }
-    if (cp < 0x80) {
-      out += static_cast<char>(cp);
-    } else if (cp < 0x800) {
-      out += static_cast<char>(0xC0 | (cp >> 6));
-      out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else if (cp < 0x10000) {
-      out += static_cast<char>(0xE0 | (cp >> 12));
-      out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (cp & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | (cp >> 18));
-      out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-      out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (cp & 0x3F));
-    }
-  }
-  return out;
+// One of the record's texts (at `offset`) as UTF-8, copied out of the packed record.
+std::string MenuText(const tExtensionMenuRecord& record, size_t offset) {
+  uint16_t units[kMenuTextUnits];
+  std::memcpy(units, reinterpret_cast<const char*>(&record) + offset, sizeof units);
+  units[kMenuTextUnits - 1] = 0;
+  return engine::Utf16ToUtf8(units);
 }
 
 void* OpenBundle(const fs::path& bundle, int flags, const char* what) {
@@ -147,10 +120,12 @@ void PluginHost::Load(const fs::path& engineBundle, const fs::path& pluginBundle
 
 MenuTexts PluginHost::Menu() {
   auto enumerate = Require<EnumerateFn>("ScriboExtensionEnumerate_UTF16");
-  MenuRecord record{};
+  tExtensionMenuRecord record{};
   if (enumerate(nullptr, 0, &record) == 0)
     throw HostError(kExitBundleError, pluginBundle_.string() + ": the plug-in offers no menu item");
-  return {Utf8(record.texts[0], 128), Utf8(record.texts[1], 128), Utf8(record.texts[2], 128)};
+  return {MenuText(record, offsetof(tExtensionMenuRecord, text1)),
+          MenuText(record, offsetof(tExtensionMenuRecord, text2)),
+          MenuText(record, offsetof(tExtensionMenuRecord, text3))};
 }
 
 int PluginHost::Invoke(EREGION region) {

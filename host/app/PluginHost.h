@@ -35,8 +35,6 @@ public:
   // ScriboExtensionInvoke for menu item 0: 1 when the command changed the document.
   int Invoke(EREGION region);
 
-  void* engineHandle() const { return engine_; }
-
 private:
   template <class Fn> Fn Require(const char* name);
 

@@ -4,6 +4,8 @@
 #include <sstream>
 #include <string>
 
+#include "DialogItems.h"
+
 namespace scribo::host {
 
 using engine::ControlKind;
@@ -80,9 +82,9 @@ engine::DialogActionSource TerminalDialogSource(std::istream& in, std::ostream& 
       if (command.empty())
         continue;
       if (command == "ok")
-        return DialogAction::Click(1);
+        return DialogAction::Click(dialog_items::kOK);
       if (command == "cancel")
-        return DialogAction::Click(2);
+        return DialogAction::Click(dialog_items::kCancel);
       if (command == "show") {
         Show(view, out);
         continue;

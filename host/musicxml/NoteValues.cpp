@@ -39,13 +39,6 @@ int32_t NoteTypeTDU(std::string_view type) {
   return 0;
 }
 
-std::string_view NoteTypeName(int32_t tdu) {
-  for (const auto& row : kTypes)
-    if (row.tdu == tdu)
-      return row.name;
-  return {};
-}
-
 int32_t DottedTDU(int32_t base, int dots) {
   int32_t total = base;
   int32_t add = base;

@@ -15,9 +15,6 @@ constexpr int32_t kQuarterTDU = 1024;
 // "maxima" (32768) does not fit an entry's 16-bit notated duration and is reported as 0 too.
 int32_t NoteTypeTDU(std::string_view type);
 
-// Name of the undotted note type of exactly `tdu`; empty when there is none.
-std::string_view NoteTypeName(int32_t tdu);
-
 // `base` with `dots` dots: 1024 with one dot is 1536, with two 1792.
 int32_t DottedTDU(int32_t base, int dots);
 

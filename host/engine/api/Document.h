@@ -4,11 +4,11 @@
 // measure, layer) is a contiguous array of EXENTRY in the order the entries were stored; entry
 // numbers are unique in the document and never 0. A note's pitch lives in the first four bytes
 // of its note record (SetNotePitch / NotePitchStep in EXTGF2005a.h); ties in kNoteTieStart and
-// kNoteTieEnd of noteFlags (Records.h).
+// kNoteTieEnd of noteFlags.
 //
 // Staff names are stored the host's way: a raw text ("txbl"), a text block ("SOTX") naming it,
-// and the staff spec ("SOIS") naming the block at byte 30 (first name) or 32 (second name).
-// Measures carry a measure spec ("SOMS") with the key-signature word and the time signature.
+// and the staff spec ("SOIS") naming the block as its first or second name. Measures carry a
+// measure spec ("SOMS") with the key-signature word and the time signature.
 //
 // Thread: host's main thread, like the host functions that act on the same document.
 #pragma once
@@ -29,6 +29,10 @@ namespace scribo::engine {
 struct DocumentData;
 
 constexpr int16_t kMaxLayerCount = 4;
+
+// Where the engine keeps ties: host bits of EXNOTE::noteFlags outside the SDK's copy mask.
+constexpr uint32_t kNoteTieStart = 0x40000000; // bit 30: tied to the same pitch in the next entry
+constexpr uint32_t kNoteTieEnd = 0x20000000;   // bit 29: tied from the same pitch in the previous
 constexpr int kMaxFrameEntries = 32767;
 
 // Time signature as the measure spec keeps it: `beats` beats of `beatValue` TDU each
@@ -86,18 +90,11 @@ public:
   int16_t AddStaff(std::u16string_view name = {}, std::u16string_view secondName = {});
   // Adds a measure; returns its number (1, 2, ...) or -1.
   int16_t AddMeasure(int16_t keySig = 0, TimeSignature time = {});
-  int16_t StaffCount() const;
-  int16_t MeasureCount() const;
-  // The staff's first name (second when the first is absent), as stored; empty when none.
-  std::u16string StaffName(int16_t staff) const;
   // From the measure spec; 0 / {4, 1024} when the measure does not exist.
   int16_t KeySignature(int16_t measure) const;
   TimeSignature TimeSig(int16_t measure) const;
-  bool SetKeySignature(int16_t measure, int16_t keySig);
-  bool SetTimeSig(int16_t measure, TimeSignature time);
-  // Staff-transposition word at byte 20 of the staff spec.
+  // The staff spec's staff-transposition word.
   bool SetStaffTransposition(int16_t staff, int16_t word);
-  bool IsValid(FrameAddress frame) const; // staff, measure exist; layer 0..3
 
   // --- Entries -----------------------------------------------------------------------------
   // Appends an entry to the frame and gives it a new entry number, which it returns; 0 when the
@@ -112,7 +109,6 @@ public:
   std::vector<BeamRole> Beams(FrameAddress frame) const;
   // Where an entry lives; nullopt for an unknown number.
   std::optional<FrameAddress> FindEntry(uint32_t entryNumber) const;
-  std::optional<EXENTRY> Entry(uint32_t entryNumber) const;
   // Replaces all entries of a frame (numbers given as by SX_SaveTGF). False when refused.
   bool ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entries);
   size_t EntryCount() const; // in the whole document
@@ -120,37 +116,21 @@ public:
   void Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaff, int16_t lastMeasure);
 
   // --- Records -----------------------------------------------------------------------------
-  // Key lists must have KeyWordsForTag(tag) words. Put creates or replaces.
-  bool PutRecord(uint32_t tag, std::span<const uint16_t> keys, std::span<const uint8_t> bytes);
+  // The record of the tag found by `keys` (KeyWordsForTag(tag) words).
   std::optional<std::vector<uint8_t>> Record(uint32_t tag, std::span<const uint16_t> keys) const;
-  bool RemoveRecord(uint32_t tag, std::span<const uint16_t> keys);
-  // Every record of the tag, in key order.
-  std::vector<RecordView> Records(uint32_t tag) const;
 
-  // Entry-detail records (tag with 'E' first, keys {entryNumber, index}).
+  // Entry-detail records (tag with 'E' first, keys {entryNumber, index}); creates or replaces.
   bool PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
                       std::span<const uint8_t> bytes);
-  std::optional<std::vector<uint8_t>> EntryDetail(uint32_t tag, uint32_t entryNumber,
-                                                  uint16_t index = 0) const;
   // Every detail record attached to the entry, all tags, in (tag, index) order.
   std::vector<RecordView> EntryDetails(uint32_t entryNumber) const;
   // The tuplet record at the entry (index 0), if any.
-  std::optional<TupletRecord> Tuplet(uint32_t entryNumber) const;
+  std::optional<EDTTuplet> Tuplet(uint32_t entryNumber) const;
 
   // Preference records ("pf.." tags, key {number}). The tuplet preferences "pfTP" 0 exist by
-  // default; tests remove or replace them.
+  // default; tests remove or replace them. Put creates or replaces.
   bool PutPreference(uint32_t tag, uint16_t number, std::span<const uint8_t> bytes);
   bool RemovePreference(uint32_t tag, uint16_t number);
-
-  // Other records ("ot.." tags, keys {owner, index}, 12 bytes).
-  bool PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index, std::span<const uint8_t> bytes);
-  std::optional<std::vector<uint8_t>> OtherRecord(uint32_t tag, uint16_t owner,
-                                                  uint16_t index) const;
-
-  // Raw texts ("txbl", UTF-16) and text blocks ("SOTX"); numbered from 1.
-  int16_t AddRawText(std::u16string_view text);
-  std::optional<std::u16string> RawText(int16_t text) const;
-  int16_t AddTextBlock(int16_t rawText);
 
 private:
   DocumentData* data_;

@@ -10,7 +10,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -69,12 +68,9 @@ public:
   WindowSystem& windows();
 
   // --- View state the host functions report ----------------------------------------------
-  void SetSelection(const EREGION& region); // SX_GetCurERegions answers it
-  void ClearSelection();                    // SX_GetCurERegions then answers 0
-  std::optional<EREGION> Selection() const;
+  void SetSelection(const EREGION& region); // SX_GetCurERegions answers it; none after Reset
   // SX_GetMaxLayers (1..4; default 4) and SX_GetShowLayer (default: all shown).
   void SetMaxLayers(int16_t count);
-  int16_t MaxLayers() const;
   void SetLayerShown(int16_t layer, bool shown);
   bool LayerShown(int16_t layer) const;
   // Instruments of the slots SX_SlotToInst answers for (slot 1 first). Default: one slot per
@@ -88,7 +84,6 @@ public:
   bool BeginEdit(std::string_view description);
   bool EndEdit();    // false when no edit is open
   bool CancelEdit(); // false when no edit is open
-  int EditDepth() const;
   bool CanUndo() const;
   bool Undo(); // restores the document as it was before the last ended edit
   std::string LastEditDescription() const;
@@ -106,7 +101,6 @@ public:
 
   // --- Alerts --------------------------------------------------------------------------------
   const std::vector<AlertRecord>& Alerts() const;
-  void ClearAlerts();
   void SetAlertEcho(bool toStandardError); // default true
 
   // --- Counters and failure switches for tests ---------------------------------------------

@@ -6,7 +6,6 @@
 // Thread: host's main thread.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -23,9 +22,6 @@ struct ScreenRect {
 };
 
 constexpr uint64_t kModifierCommand = 1ull << 20;
-constexpr uint64_t kModifierShift = 1ull << 17;
-constexpr uint64_t kModifierControl = 1ull << 18;
-constexpr uint64_t kModifierOption = 1ull << 19;
 
 // Size the engine gives a dialog window when it opens, centred on the main screen.
 constexpr double kDefaultDialogWidth = 480;
@@ -39,7 +35,6 @@ public:
 
   // The main screen; 1440 x 900 at the origin by default; nullopt: no main screen.
   void SetMainScreen(std::optional<ScreenRect> frame);
-  std::optional<ScreenRect> MainScreen() const;
 
   // Frames of known windows (dialog windows are registered while they are open). Unknown
   // windows read as all zero and do not move.
@@ -50,10 +45,7 @@ public:
   // Keyboard state: modifier flags (bit 20: Command) and keys down (key k: bit k % 8 of byte k /
   // 8).
   void SetModifierFlags(uint64_t flags);
-  uint64_t ModifierFlags() const;
   void SetKeyDown(int key, bool down); // keys 0..127
-  void ReleaseAllKeys();
-  std::array<unsigned char, 16> KeyMap() const;
 
 private:
   WindowSystemData* data_;

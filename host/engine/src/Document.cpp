@@ -2,7 +2,6 @@
 #include "Document.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "Beaming.h"
 #include "DocumentData.h"
@@ -20,16 +19,41 @@ std::vector<uint8_t> TextBytes(std::u16string_view text) {
   return bytes;
 }
 
-std::u16string TextOf(const std::vector<uint8_t>& bytes) {
-  std::u16string text(bytes.size() / 2, u'\0');
-  for (size_t i = 0; i < text.size(); ++i)
-    text[i] = char16_t(bytes[2 * i] | (bytes[2 * i + 1] << 8));
-  return text;
-}
-
 RecordKey TwoWordKey(uint32_t tag, int16_t first) {
   const uint16_t keys[2] = {uint16_t(first), 0};
   return MakeRecordKey(tag, keys);
+}
+
+// Stores `bytes` as the tag's record under the first free number after `last`, which moves
+// there. Returns the number; 0 when none is left.
+int16_t AddNumbered(DocumentData& data, uint32_t tag, int16_t& last, std::vector<uint8_t> bytes) {
+  int16_t number = last;
+  do {
+    if (number == INT16_MAX)
+      return 0;
+    ++number;
+  } while (data.FindRecord(TwoWordKey(tag, number)));
+  last = number;
+  data.records[TwoWordKey(tag, number)] = std::move(bytes);
+  return number;
+}
+
+// A staff name the host's way: a raw text and a text block naming it. Returns the block.
+int16_t AddStaffName(DocumentData& data, std::u16string_view name) {
+  EDTTextBlock25_4 block{};
+  block.rawText = AddNumbered(data, kTagRawText, data.rawTextCount, TextBytes(name));
+  return AddNumbered(data, kTagTextBlock, data.textBlockCount, BytesOf(block));
+}
+
+// Rewrites the record at `key` in the layout R; false when there is none of that size.
+template <class R, class Fn> bool Change(DocumentData& data, const RecordKey& key, Fn change) {
+  auto it = data.records.find(key);
+  auto record = it == data.records.end() ? std::nullopt : LayoutOf<R>(&it->second);
+  if (!record)
+    return false;
+  change(*record);
+  it->second = BytesOf(*record);
+  return true;
 }
 
 } // namespace
@@ -41,91 +65,43 @@ void Document::Clear() {
 int16_t Document::AddStaff(std::u16string_view name, std::u16string_view secondName) {
   if (data_->staffCount == INT16_MAX)
     return -1;
-  std::vector<uint8_t> spec(kStaffSpecSize, 0);
+  EDTStaffSpec2014 spec{};
   if (!name.empty())
-    WriteWord(spec, kStaffSpecFirstName, AddTextBlock(AddRawText(name)));
+    spec.firstNameBlock = AddStaffName(*data_, name);
   if (!secondName.empty())
-    WriteWord(spec, kStaffSpecSecondName, AddTextBlock(AddRawText(secondName)));
+    spec.secondNameBlock = AddStaffName(*data_, secondName);
   int16_t staff = ++data_->staffCount;
-  data_->records[TwoWordKey(kTagStaffSpec, staff)] = std::move(spec);
+  data_->records[TwoWordKey(kTagStaffSpec, staff)] = BytesOf(spec);
   return staff;
 }
 
 int16_t Document::AddMeasure(int16_t keySig, TimeSignature time) {
   if (data_->measureCount == INT16_MAX)
     return -1;
-  std::vector<uint8_t> spec(kMeasureSpecSize, 0);
-  WriteWord(spec, kMeasureSpecKeySig, keySig);
-  WriteWord(spec, kMeasureSpecBeats, time.beats);
-  WriteWord(spec, kMeasureSpecBeatValue, time.beatValue);
+  EDTMeasureSpec2014 spec{};
+  spec.keySig = keySig;
+  spec.timeSigBeats = time.beats;
+  spec.timeSigBeatValue = time.beatValue;
   int16_t measure = ++data_->measureCount;
-  data_->records[TwoWordKey(kTagMeasureSpec, measure)] = std::move(spec);
+  data_->records[TwoWordKey(kTagMeasureSpec, measure)] = BytesOf(spec);
   return measure;
 }
 
-int16_t Document::StaffCount() const {
-  return data_->staffCount;
-}
-int16_t Document::MeasureCount() const {
-  return data_->measureCount;
-}
-
-std::u16string Document::StaffName(int16_t staff) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagStaffSpec, staff));
-  if (!spec)
-    return {};
-  for (size_t offset : {kStaffSpecFirstName, kStaffSpecSecondName}) {
-    int16_t block = ReadWord(*spec, offset);
-    if (block == 0)
-      continue;
-    const auto* blockSpec = data_->FindRecord(TwoWordKey(kTagTextBlock, block));
-    if (!blockSpec)
-      continue;
-    if (auto text = RawText(ReadWord(*blockSpec, kTextBlockRawText)))
-      return *text;
-  }
-  return {};
-}
-
 int16_t Document::KeySignature(int16_t measure) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure));
-  return spec ? ReadWord(*spec, kMeasureSpecKeySig) : 0;
+  auto spec = LayoutOf<EDTMeasureSpec2014>(data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure)));
+  return spec ? spec->keySig : 0;
 }
 
 TimeSignature Document::TimeSig(int16_t measure) const {
-  const auto* spec = data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure));
+  auto spec = LayoutOf<EDTMeasureSpec2014>(data_->FindRecord(TwoWordKey(kTagMeasureSpec, measure)));
   if (!spec)
     return {};
-  return {ReadWord(*spec, kMeasureSpecBeats), ReadWord(*spec, kMeasureSpecBeatValue)};
-}
-
-bool Document::SetKeySignature(int16_t measure, int16_t keySig) {
-  auto it = data_->records.find(TwoWordKey(kTagMeasureSpec, measure));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kMeasureSpecKeySig, keySig);
-  return true;
-}
-
-bool Document::SetTimeSig(int16_t measure, TimeSignature time) {
-  auto it = data_->records.find(TwoWordKey(kTagMeasureSpec, measure));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kMeasureSpecBeats, time.beats);
-  WriteWord(it->second, kMeasureSpecBeatValue, time.beatValue);
-  return true;
+  return {spec->timeSigBeats, spec->timeSigBeatValue};
 }
 
 bool Document::SetStaffTransposition(int16_t staff, int16_t word) {
-  auto it = data_->records.find(TwoWordKey(kTagStaffSpec, staff));
-  if (it == data_->records.end())
-    return false;
-  WriteWord(it->second, kStaffSpecTransposition, word);
-  return true;
-}
-
-bool Document::IsValid(FrameAddress frame) const {
-  return data_->IsValid(frame);
+  return Change<EDTStaffSpec2014>(*data_, TwoWordKey(kTagStaffSpec, staff),
+                                  [&](EDTStaffSpec2014& spec) { spec.staffTrans = word; });
 }
 
 uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
@@ -197,16 +173,6 @@ std::optional<FrameAddress> Document::FindEntry(uint32_t entryNumber) const {
   return FrameAddressOf(it->second);
 }
 
-std::optional<EXENTRY> Document::Entry(uint32_t entryNumber) const {
-  auto it = data_->entryIndex.find(entryNumber);
-  if (it == data_->entryIndex.end())
-    return std::nullopt;
-  for (const EXENTRY& e : data_->frames.at(it->second).entries)
-    if (e.entryNumber == entryNumber)
-      return e;
-  return std::nullopt;
-}
-
 bool Document::ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entries) {
   if (!data_->IsValid(frame) || entries.size() > size_t(kMaxFrameEntries))
     return false;
@@ -240,14 +206,6 @@ void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaf
   }
 }
 
-bool Document::PutRecord(uint32_t tag, std::span<const uint16_t> keys,
-                         std::span<const uint8_t> bytes) {
-  if (keys.size() < KeyWordsForTag(tag))
-    return false;
-  data_->records[MakeRecordKey(tag, keys.data())].assign(bytes.begin(), bytes.end());
-  return true;
-}
-
 std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
                                                      std::span<const uint16_t> keys) const {
   if (keys.size() < KeyWordsForTag(tag))
@@ -255,20 +213,6 @@ std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
   if (const auto* bytes = data_->FindRecord(MakeRecordKey(tag, keys.data())))
     return *bytes;
   return std::nullopt;
-}
-
-bool Document::RemoveRecord(uint32_t tag, std::span<const uint16_t> keys) {
-  if (keys.size() < KeyWordsForTag(tag))
-    return false;
-  return data_->records.erase(MakeRecordKey(tag, keys.data())) != 0;
-}
-
-std::vector<RecordView> Document::Records(uint32_t tag) const {
-  std::vector<RecordView> out;
-  for (auto it = data_->records.lower_bound({tag, 0});
-       it != data_->records.end() && it->first.tag == tag; ++it)
-    out.push_back({tag, KeyWords(it->first), it->second});
-  return out;
 }
 
 bool Document::PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
@@ -279,94 +223,30 @@ bool Document::PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index
   return true;
 }
 
-std::optional<std::vector<uint8_t>> Document::EntryDetail(uint32_t tag, uint32_t entryNumber,
-                                                          uint16_t index) const {
-  if (!IsEntryDetailTag(tag))
-    return std::nullopt;
-  if (const auto* bytes = data_->FindRecord(EntryDetailKey(tag, entryNumber, index)))
-    return *bytes;
-  return std::nullopt;
-}
-
 std::vector<RecordView> Document::EntryDetails(uint32_t entryNumber) const {
   std::vector<RecordView> out;
-  auto it = data_->records.lower_bound(RecordKey{0x45000000, 0});
-  while (it != data_->records.end() && IsEntryDetailTag(it->first.tag)) {
-    uint32_t tag = it->first.tag;
-    for (auto r = data_->records.lower_bound(EntryDetailKey(tag, entryNumber, 0));
-         r != data_->records.end() && r->first.tag == tag && EntryNumberOf(r->first) == entryNumber;
-         ++r)
-      out.push_back({tag, KeyWords(r->first), r->second});
-    it = data_->records.upper_bound(RecordKey{tag, UINT64_MAX});
-  }
+  ForEachDetailRange(data_->records, entryNumber, [&](auto first, auto last) {
+    for (; first != last; ++first)
+      out.push_back({first->first.tag, KeyWords(first->first), first->second});
+  });
   return out;
 }
 
-std::optional<TupletRecord> Document::Tuplet(uint32_t entryNumber) const {
-  auto bytes = EntryDetail(kTagTupletDetail, entryNumber, 0);
-  if (!bytes || bytes->size() != kTupletRecordSize)
-    return std::nullopt;
-  TupletRecord record;
-  std::memcpy(&record, bytes->data(), sizeof record);
-  return record;
+std::optional<EDTTuplet> Document::Tuplet(uint32_t entryNumber) const {
+  return LayoutOf<EDTTuplet>(data_->FindRecord(EntryDetailKey(kTupletDetailTag, entryNumber, 0)));
 }
 
 bool Document::PutPreference(uint32_t tag, uint16_t number, std::span<const uint8_t> bytes) {
-  if (KeyWordsForTag(tag) != 1)
+  if (!IsPreferenceTag(tag))
     return false;
   const uint16_t keys[1] = {number};
-  return PutRecord(tag, keys, bytes);
+  data_->records[MakeRecordKey(tag, keys)].assign(bytes.begin(), bytes.end());
+  return true;
 }
 
 bool Document::RemovePreference(uint32_t tag, uint16_t number) {
   const uint16_t keys[1] = {number};
-  return KeyWordsForTag(tag) == 1 && RemoveRecord(tag, keys);
-}
-
-bool Document::PutOtherRecord(uint32_t tag, uint16_t owner, uint16_t index,
-                              std::span<const uint8_t> bytes) {
-  if (!IsOtherRecordTag(tag) || bytes.size() != kOtherRecordSize)
-    return false;
-  const uint16_t keys[2] = {owner, index};
-  return PutRecord(tag, keys, bytes);
-}
-
-std::optional<std::vector<uint8_t>> Document::OtherRecord(uint32_t tag, uint16_t owner,
-                                                          uint16_t index) const {
-  const uint16_t keys[2] = {owner, index};
-  return IsOtherRecordTag(tag) ? Record(tag, keys) : std::nullopt;
-}
-
-int16_t Document::AddRawText(std::u16string_view text) {
-  int16_t number = data_->rawTextCount;
-  do {
-    if (number == INT16_MAX)
-      return 0;
-    ++number;
-  } while (data_->FindRecord(TwoWordKey(kTagRawText, number)));
-  data_->rawTextCount = number;
-  data_->records[TwoWordKey(kTagRawText, number)] = TextBytes(text);
-  return number;
-}
-
-std::optional<std::u16string> Document::RawText(int16_t text) const {
-  if (const auto* bytes = data_->FindRecord(TwoWordKey(kTagRawText, text)))
-    return TextOf(*bytes);
-  return std::nullopt;
-}
-
-int16_t Document::AddTextBlock(int16_t rawText) {
-  int16_t number = data_->textBlockCount;
-  do {
-    if (number == INT16_MAX)
-      return 0;
-    ++number;
-  } while (data_->FindRecord(TwoWordKey(kTagTextBlock, number)));
-  data_->textBlockCount = number;
-  std::vector<uint8_t> block(kTextBlockSize, 0);
-  WriteWord(block, kTextBlockRawText, rawText);
-  data_->records[TwoWordKey(kTagTextBlock, number)] = std::move(block);
-  return number;
+  return IsPreferenceTag(tag) && data_->records.erase(MakeRecordKey(tag, keys)) != 0;
 }
 
 } // namespace scribo::engine

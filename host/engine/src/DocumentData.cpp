@@ -1,6 +1,5 @@
 #include "DocumentData.h"
 
-#include <cstring>
 #include <unordered_set>
 
 namespace scribo::engine {
@@ -38,14 +37,8 @@ uint32_t DocumentData::NewEntryNumber() {
 }
 
 void DocumentData::RemoveEntryDetails(uint32_t entryNumber) {
-  auto it = records.lower_bound(RecordKey{0x45000000, 0});
-  while (it != records.end() && IsEntryDetailTag(it->first.tag)) {
-    uint32_t tag = it->first.tag;
-    auto first = records.lower_bound(EntryDetailKey(tag, entryNumber, 0));
-    auto last = records.upper_bound(EntryDetailKey(tag, entryNumber, 0xFFFF));
-    records.erase(first, last);
-    it = records.upper_bound(RecordKey{tag, UINT64_MAX});
-  }
+  ForEachDetailRange(records, entryNumber,
+                     [&](auto first, auto last) { records.erase(first, last); });
 }
 
 void DocumentData::StoreFrame(FrameId id, std::span<EXENTRY> entries) {
@@ -97,16 +90,14 @@ void DocumentData::StoreFrame(FrameId id, std::span<EXENTRY> entries) {
 
 void DocumentData::ResetToEmpty() {
   *this = DocumentData{};
-  TupletRecord triplet{};
+  EDTTuplet triplet{};
   triplet.tupletNumber = 3;
   triplet.tupletUnit = 512;
   triplet.referenceNumber = 2;
   triplet.referenceUnit = 512;
-  std::vector<uint8_t> tuplet(kTupletRecordSize);
-  std::memcpy(tuplet.data(), &triplet, sizeof triplet);
   const uint16_t zero[1] = {0};
-  records[MakeRecordKey(kTagTupletPrefs, zero)] = std::move(tuplet);
-  records[MakeRecordKey(kTagGeneralPrefs, zero)] = std::vector<uint8_t>(kGeneralPrefsSize, 0);
+  records[MakeRecordKey(kTupletPrefsTag, zero)] = BytesOf(triplet);
+  records[MakeRecordKey(kTagGeneralPrefs, zero)] = BytesOf(EDTGeneralPrefs2008{});
 }
 
 } // namespace scribo::engine

@@ -44,6 +44,20 @@ inline uint32_t EntryNumberOf(const RecordKey& key) {
   return uint32_t(key.order >> 16);
 }
 
+using RecordMap = std::map<RecordKey, std::vector<uint8_t>>;
+
+// Calls fn(first, last) with the records of `records` that each entry-detail tag holds for the
+// entry, one tag after another. The detail tags sort together: all begin with 'E'.
+template <class Map, class Fn> void ForEachDetailRange(Map& records, uint32_t entryNumber, Fn fn) {
+  auto it = records.lower_bound(RecordKey{FourCharTag("E\0\0\0"), 0});
+  while (it != records.end() && IsEntryDetailTag(it->first.tag)) {
+    uint32_t tag = it->first.tag;
+    fn(records.lower_bound(EntryDetailKey(tag, entryNumber, 0)),
+       records.upper_bound(EntryDetailKey(tag, entryNumber, 0xFFFF)));
+    it = records.upper_bound(RecordKey{tag, UINT64_MAX});
+  }
+}
+
 struct DocumentData {
   int16_t staffCount = 0;
   int16_t measureCount = 0;
@@ -52,7 +66,7 @@ struct DocumentData {
   uint32_t lastEntryNumber = 0;
   std::unordered_map<FrameId, FrameData> frames;
   std::unordered_map<uint32_t, FrameId> entryIndex; // entry number -> its frame
-  std::map<RecordKey, std::vector<uint8_t>> records;
+  RecordMap records;
 
   // Every entry number given out so far is below this; a new one is the next unused.
   uint32_t NewEntryNumber();
@@ -72,18 +86,5 @@ struct DocumentData {
   void RemoveEntryDetails(uint32_t entryNumber);
   void ResetToEmpty();
 };
-
-// Little-endian 16-bit words inside record bodies.
-inline int16_t ReadWord(const std::vector<uint8_t>& bytes, size_t offset) {
-  if (offset + 2 > bytes.size())
-    return 0;
-  return int16_t(uint16_t(bytes[offset] | (bytes[offset + 1] << 8)));
-}
-inline void WriteWord(std::vector<uint8_t>& bytes, size_t offset, int16_t value) {
-  if (offset + 2 > bytes.size())
-    bytes.resize(offset + 2, 0);
-  bytes[offset] = uint8_t(uint16_t(value) & 0xFF);
-  bytes[offset + 1] = uint8_t(uint16_t(value) >> 8);
-}
 
 } // namespace scribo::engine

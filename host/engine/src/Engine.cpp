@@ -60,19 +60,10 @@ WindowSystem& Engine::windows() {
 void Engine::SetSelection(const EREGION& region) {
   state_->selection = region;
 }
-void Engine::ClearSelection() {
-  state_->selection.reset();
-}
-std::optional<EREGION> Engine::Selection() const {
-  return state_->selection;
-}
 
 void Engine::SetMaxLayers(int16_t count) {
   if (count >= 1 && count <= kMaxLayerCount)
     state_->maxLayers = count;
-}
-int16_t Engine::MaxLayers() const {
-  return state_->maxLayers;
 }
 
 void Engine::SetLayerShown(int16_t layer, bool shown) {
@@ -121,9 +112,6 @@ bool Engine::CancelEdit() {
   return true;
 }
 
-int Engine::EditDepth() const {
-  return state_->editDepth;
-}
 bool Engine::CanUndo() const {
   return state_->undoSnapshot.has_value();
 }
@@ -170,9 +158,6 @@ const std::vector<DialogRecord>& Engine::DialogHistory() const {
 
 const std::vector<AlertRecord>& Engine::Alerts() const {
   return state_->alerts;
-}
-void Engine::ClearAlerts() {
-  state_->alerts.clear();
 }
 void Engine::SetAlertEcho(bool toStandardError) {
   state_->alertEcho = toStandardError;

@@ -1,18 +1,14 @@
 // The simulated window system and keyboard, and the five C functions plug-ins ask it through.
 #include "WindowSystem.h"
 
-#include <cstddef>
-
 #include "EngineState.h"
 #include "HostExport.h"
+#include "ScriboWindowSystem.h"
 
 namespace scribo::engine {
 
 void WindowSystem::SetMainScreen(std::optional<ScreenRect> frame) {
   data_->mainScreen = frame;
-}
-std::optional<ScreenRect> WindowSystem::MainScreen() const {
-  return data_->mainScreen;
 }
 
 void WindowSystem::SetWindowFrame(const void* window, ScreenRect frame) {
@@ -34,9 +30,6 @@ void WindowSystem::ForgetWindow(const void* window) {
 void WindowSystem::SetModifierFlags(uint64_t flags) {
   data_->modifiers = flags;
 }
-uint64_t WindowSystem::ModifierFlags() const {
-  return data_->modifiers;
-}
 
 void WindowSystem::SetKeyDown(int key, bool down) {
   if (key < 0 || key >= 128)
@@ -48,28 +41,11 @@ void WindowSystem::SetKeyDown(int key, bool down) {
     data_->keys[size_t(key / 8)] &= static_cast<unsigned char>(~bit);
 }
 
-void WindowSystem::ReleaseAllKeys() {
-  data_->keys.fill(0);
-}
-std::array<unsigned char, 16> WindowSystem::KeyMap() const {
-  return data_->keys;
-}
-
 } // namespace scribo::engine
 
 using namespace scribo::engine;
 
-// The frame as plug-ins read it: origin bottom-left, y upward.
-struct PlatformRect {
-  double x, y, width, height;
-};
-static_assert(sizeof(PlatformRect) == 32);
-static_assert(offsetof(PlatformRect, x) == 0);
-static_assert(offsetof(PlatformRect, y) == 8);
-static_assert(offsetof(PlatformRect, width) == 16);
-static_assert(offsetof(PlatformRect, height) == 24);
-
-SX_EXPORT int PlatformMainScreenFrame(PlatformRect* frame) {
+SX_EXPORT int PlatformMainScreenFrame(ScriboRect* frame) {
   const auto& screen = State().windowData.mainScreen;
   if (!screen)
     return 0;
@@ -78,7 +54,7 @@ SX_EXPORT int PlatformMainScreenFrame(PlatformRect* frame) {
   return 1;
 }
 
-SX_EXPORT void PlatformWindowFrame(void* window, PlatformRect* frame) {
+SX_EXPORT void PlatformWindowFrame(void* window, ScriboRect* frame) {
   if (!frame)
     return;
   *frame = {0, 0, 0, 0};

@@ -3,13 +3,12 @@
 
 #include <sys/wait.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
-#include "TestSupport.h"
+#include "ScoreText.h"
 
 namespace apptest {
 
@@ -17,35 +16,25 @@ struct HostRun {
   int code = -1;
   std::string out;
   std::string err;
-  int ErrLines() const {
-    int lines = 0;
-    for (char c : err)
-      lines += c == '\n';
-    return lines;
-  }
 };
 
-inline std::string Slurp(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+using scoretest::Slurp;
+
+// A path quoted for the shell.
+inline std::string Q(const std::filesystem::path& path) {
+  return "'" + path.string() + "'";
 }
 
 // Runs `scribo-host ARGS` with standard input from `input`.
 inline HostRun RunHost(const std::string& args, const std::string& input = "") {
   auto dir = std::filesystem::temp_directory_path() / ("scribo-run-" + std::to_string(::getpid()));
   std::filesystem::create_directories(dir);
-  auto in = dir / "stdin", out = dir / "stdout", err = dir / "stderr";
-  std::ofstream(in) << input;
-  std::string command = "'" + (scribotest::BuildDir() / "scribo-host").string() + "' " + args +
-                        " <'" + in.string() + "' >'" + out.string() + "' 2>'" + err.string() + "'";
+  std::ofstream(dir / "stdin") << input;
+  std::string command = Q(scribotest::BuildDir() / "scribo-host") + " " + args + " <" +
+                        Q(dir / "stdin") + " >" + Q(dir / "stdout") + " 2>" + Q(dir / "stderr");
   int status = std::system(command.c_str());
-  HostRun run;
-  run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  run.out = Slurp(out);
-  run.err = Slurp(err);
-  return run;
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(dir / "stdout"),
+          Slurp(dir / "stderr")};
 }
 
 // The value of `key` in the plug-in's English strings table: the text the user reads.

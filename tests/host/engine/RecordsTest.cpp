@@ -1,5 +1,6 @@
-// Records through the exported host functions: size queries, tuplet details keyed by entry,
-// neighbours, specs and texts in the layouts the SDK's accessors read.
+// Records through the exported host functions: size queries and buffers too small, writes that
+// would break a layout or have no owner, entry details created at the next free index, walked in
+// key order and deleted. The SDK's accessors read the engine's specs in tests/util.
 #include <cstring>
 #include <vector>
 
@@ -12,144 +13,77 @@ namespace {
 
 class RecordsTest : public EngineTest {};
 
-int16_t WordAt(const uint8_t* bytes, size_t offset) {
-  return int16_t(bytes[offset] | (bytes[offset + 1] << 8));
-}
-
-TEST_F(RecordsTest, TupletPreferencesAnswerSizeQueriesAndRefuseSmallBuffers) {
+TEST_F(RecordsTest, LoadsAnswerSizeQueriesAndWritesKeepLayoutsAndOwners) {
   uint16_t prefKey[1] = {0};
   uint32_t size = 0;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 1);
-  EXPECT_EQ(size, 30u);
-
+  EXPECT_EQ(SX_LoadEData(kTupletPrefsTag, prefKey, nullptr, &size, kStamp), 1);
+  EXPECT_EQ(size, sizeof(EDTTuplet));
   uint8_t buffer[40];
   std::memset(buffer, 0xEE, sizeof buffer);
   size = 29;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, buffer, &size, kStamp), 0);
+  EXPECT_EQ(SX_LoadEData(kTupletPrefsTag, prefKey, buffer, &size, kStamp), 0);
   EXPECT_EQ(size, 29u);
   EXPECT_EQ(buffer[0], 0xEE);
   size = 40;
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, buffer, &size, kStamp), 1);
+  EXPECT_EQ(SX_LoadEData(kTupletPrefsTag, prefKey, buffer, &size, kStamp), 1);
   EXPECT_EQ(size, 30u);
   EXPECT_EQ(buffer[30], 0xEE);
+  EXPECT_EQ(SX_SaveEData(kTupletPrefsTag, prefKey, buffer, 20, kStamp), 0);
+  EXPECT_EQ(SX_SaveEData(kTupletPrefsTag, prefKey, buffer, 30, kStamp), 1);
 
-  // Tests can take the record away or give it another size.
-  EXPECT_TRUE(doc().RemovePreference(kTagTupletPrefs, 0));
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 0);
-  doc().PutPreference(kTagTupletPrefs, 0, std::vector<uint8_t>(20, 1));
-  EXPECT_EQ(host.LoadEData(kTagTupletPrefs, prefKey, nullptr, &size, kStamp), 1);
-  EXPECT_EQ(size, 20u);
-  // Writing through the host keeps the record's layout size.
-  EXPECT_EQ(host.SaveEData(kTagTupletPrefs, prefKey, buffer, 20, kStamp), 0);
-  EXPECT_EQ(host.SaveEData(kTagTupletPrefs, prefKey, buffer, 30, kStamp), 1);
+  // A measure spec reaches the document; one for a measure that does not exist is refused.
+  doc().AddMeasure();
+  EDTMeasureSpec2014 spec{};
+  spec.timeSigBeats = 5;
+  spec.timeSigBeatValue = 512;
+  uint16_t measure1[2] = {1, 0}, measure2[2] = {2, 0};
+  EXPECT_EQ(SX_SaveEData(kTagMeasureSpec, measure1, &spec, sizeof spec, kStamp), 1);
+  EXPECT_EQ(doc().TimeSig(1), (TimeSignature{5, 512}));
+  EXPECT_EQ(SX_SaveEData(kTagMeasureSpec, measure2, &spec, sizeof spec, kStamp), 0);
+
+  // Other records: 12 bytes, {owner, index}.
+  uint16_t otherKey[2] = {kOtherRecordDocumentOwner, 3};
+  uint8_t other[kOtherRecordSize] = {42}, back[kOtherRecordSize] = {};
+  EXPECT_EQ(SX_SaveEData(FourCharTag("ot21"), otherKey, other, 11, kStamp), 0);
+  EXPECT_EQ(SX_SaveEData(FourCharTag("ot21"), otherKey, other, 12, kStamp), 1);
+  size = sizeof back;
+  EXPECT_EQ(SX_LoadEData(FourCharTag("ot21"), otherKey, back, &size, kStamp), 1);
+  EXPECT_EQ(back[0], 42);
 }
 
-TEST_F(RecordsTest, TupletDetailsAreKeyedByEntryAndFoundByNextAndPrevious) {
+TEST_F(RecordsTest, DetailsTakeTheNextFreeIndexAndWalkInKeyOrder) {
   doc().AddStaff();
   doc().AddMeasure();
   uint32_t first = doc().AddEntry({1, 1, 0}, Note(1024));
   uint32_t second = doc().AddEntry({1, 1, 0}, Note(1024));
-
-  TupletRecord triplet{3, 512, 2, 512, {}};
-  auto create = [&](uint32_t entry) {
-    uint16_t key[3] = {uint16_t(entry & 0xFFFF), uint16_t(entry >> 16), 0xFFFF};
-    int result = host.CreateEData(kTagTupletDetail, key, &triplet, 30, kStamp);
+  EDTTuplet triplet{3, 512, 2, 512, {}};
+  auto create = [&](uint32_t entry, uint16_t index) {
+    uint16_t key[3] = {uint16_t(entry), uint16_t(entry >> 16), index};
+    int result = SX_CreateEData(kTupletDetailTag, key, &triplet, sizeof triplet, kStamp);
     return std::pair{result, key[2]};
   };
-  EXPECT_EQ(create(second), (std::pair{1, uint16_t(0)}));
-  EXPECT_EQ(create(second), (std::pair{1, uint16_t(1)})); // the next free index
-  EXPECT_EQ(create(first), (std::pair{1, uint16_t(0)}));
-  EXPECT_EQ(create(0x7777), (std::pair{0, uint16_t(0xFFFF)})); // no such entry
-  uint16_t taken[3] = {uint16_t(first), 0, 0};
-  EXPECT_EQ(host.CreateEData(kTagTupletDetail, taken, &triplet, 30, kStamp), 0);
-  engine().SetFailing(HostCall::CreateEData, true);
-  EXPECT_EQ(create(first).first, 0);
-  engine().SetFailing(HostCall::CreateEData, false);
+  EXPECT_EQ(create(second, kNextFreeDetailIndex), (std::pair{1, uint16_t(0)}));
+  EXPECT_EQ(create(second, kNextFreeDetailIndex), (std::pair{1, uint16_t(1)}));
+  EXPECT_EQ(create(first, kNextFreeDetailIndex), (std::pair{1, uint16_t(0)}));
+  EXPECT_EQ(create(first, 0).first, 0);                     // taken
+  EXPECT_EQ(create(0x7777, kNextFreeDetailIndex).first, 0); // no such entry
 
-  ASSERT_TRUE(doc().Tuplet(first));
-  EXPECT_EQ(doc().Tuplet(first)->tupletNumber, 3);
-  EXPECT_EQ(doc().Tuplet(first)->referenceNumber, 2);
-
-  // Walk the tag in key order: (first, 0), (second, 0), (second, 1), then nothing.
   uint16_t key[3] = {0, 0, 0};
-  TupletRecord read{};
+  EDTTuplet read{};
   std::vector<std::pair<uint32_t, uint16_t>> walked;
-  while (host.NextEData(kTagTupletDetail, key, &read, sizeof read, kStamp))
+  while (SX_NextEData(kTupletDetailTag, key, &read, sizeof read, kStamp))
     walked.emplace_back(uint32_t(key[0]) | (uint32_t(key[1]) << 16), key[2]);
   EXPECT_EQ(walked,
             (std::vector<std::pair<uint32_t, uint16_t>>{{first, 0}, {second, 0}, {second, 1}}));
-  EXPECT_EQ(read.tupletUnit, 512);
-  EXPECT_EQ(host.PreviousEData(kTagTupletDetail, key, nullptr, 0, kStamp), 1);
+  EXPECT_EQ(read.referenceNumber, 2);
+  EXPECT_EQ(SX_PreviousEData(kTupletDetailTag, key, nullptr, 0, kStamp), 1);
   EXPECT_EQ(key[2], 0);
-  EXPECT_EQ(key[0], uint16_t(second));
   // A buffer too small for the neighbour leaves the key where it was.
-  EXPECT_EQ(host.PreviousEData(kTagTupletDetail, key, &read, 10, kStamp), 0);
+  EXPECT_EQ(SX_PreviousEData(kTupletDetailTag, key, &read, 10, kStamp), 0);
   EXPECT_EQ(key[0], uint16_t(second));
-
-  EXPECT_EQ(host.DeleteEData(kTagTupletDetail, key, kStamp), 1);
-  EXPECT_EQ(host.DeleteEData(kTagTupletDetail, key, kStamp), 0);
+  EXPECT_EQ(SX_DeleteEData(kTupletDetailTag, key, kStamp), 1);
+  EXPECT_EQ(SX_DeleteEData(kTupletDetailTag, key, kStamp), 0);
   EXPECT_EQ(doc().EntryDetails(second).size(), 1u);
-}
-
-TEST_F(RecordsTest, SpecsAndTextsHaveTheLayoutsTheAccessorsRead) {
-  doc().AddStaff(u"Flute");
-  int16_t staff = doc().AddStaff(u"", u"B^flat() Clarinet");
-  int16_t measure = doc().AddMeasure(int16_t(0x0100 | 0xFD), {3, 512}); // minor, three flats; 3/8
-  doc().SetStaffTransposition(staff, 0x2001);
-
-  // Measure spec: key at byte 2, time signature at 8 and 10.
-  uint16_t measureKey[2] = {uint16_t(measure), 0};
-  uint8_t spec[136];
-  uint32_t size = 30;
-  ASSERT_EQ(host.LoadEData(kTagMeasureSpec, measureKey, spec, &size, kStamp), 1);
-  EXPECT_EQ(uint16_t(WordAt(spec, 2)), 0x01FD);
-  EXPECT_EQ(WordAt(spec, 8), 3);
-  EXPECT_EQ(WordAt(spec, 10), 512);
-
-  // Staff spec -> text block -> raw text, the way SXUtilGetStaffName follows them.
-  uint16_t staffKey[2] = {uint16_t(staff), 0};
-  size = 136;
-  ASSERT_EQ(host.LoadEData(kTagStaffSpec, staffKey, spec, &size, kStamp), 1);
-  EXPECT_EQ(WordAt(spec, 20), 0x2001);
-  EXPECT_EQ(WordAt(spec, 30), 0);
-  int16_t block = WordAt(spec, 32);
-  ASSERT_NE(block, 0);
-  uint16_t blockKey[2] = {uint16_t(block), 0};
-  uint8_t textBlock[30];
-  size = 30;
-  ASSERT_EQ(host.LoadEData(kTagTextBlock, blockKey, textBlock, &size, kStamp), 1);
-  uint16_t textKey[2] = {uint16_t(WordAt(textBlock, 0)), 0};
-  ASSERT_EQ(host.LoadEData(kTagRawText, textKey, nullptr, &size, kStamp), 1);
-  std::u16string expected = u"B^flat() Clarinet";
-  ASSERT_EQ(size, expected.size() * 2);
-  std::vector<char16_t> text(size / 2);
-  ASSERT_EQ(host.LoadEData(kTagRawText, textKey, text.data(), &size, kStamp), 1);
-  EXPECT_EQ(std::u16string(text.begin(), text.end()), expected);
-  EXPECT_EQ(doc().StaffName(staff), expected);
-  EXPECT_EQ(doc().StaffName(1), u"Flute");
-
-  // General preferences: 66 bytes, present by default.
-  uint16_t zero[1] = {0};
-  ASSERT_EQ(host.LoadEData(kTagGeneralPrefs, zero, nullptr, &size, kStamp), 1);
-  EXPECT_EQ(size, 66u);
-
-  // A spec saved through the host reaches the document; one for a measure that does not exist
-  // is refused.
-  spec[8] = 5;
-  spec[9] = 0;
-  EXPECT_EQ(host.SaveEData(kTagMeasureSpec, measureKey, spec, 30, kStamp), 1);
-  EXPECT_EQ(doc().TimeSig(measure).beats, 5);
-  uint16_t missing[2] = {9, 0};
-  EXPECT_EQ(host.SaveEData(kTagMeasureSpec, missing, spec, 30, kStamp), 0);
-
-  // Other records: 12 bytes, {owner, index}.
-  const uint32_t ot21 = MakeTag('o', 't', '2', '1');
-  std::vector<uint8_t> other(12, 0);
-  other[0] = 42;
-  uint16_t otherKey[2] = {65534, 3};
-  EXPECT_EQ(host.SaveEData(ot21, otherKey, other.data(), 12, kStamp), 1);
-  EXPECT_EQ(doc().OtherRecord(ot21, 65534, 3), other);
-  EXPECT_EQ(host.SaveEData(ot21, otherKey, other.data(), 11, kStamp), 0);
 }
 
 } // namespace

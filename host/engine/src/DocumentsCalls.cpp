@@ -1,4 +1,4 @@
-// Host functions over the view: selection, layers, instrument slots, the build kind.
+// Host functions of the documents family: the selection and the layers.
 #include <cstring>
 
 #include "EngineState.h"
@@ -32,19 +32,4 @@ SX_EXPORT int SX_GetMaxLayers(uint32_t version) {
 
 SX_EXPORT int SX_GetShowLayer(int layer, uint32_t version) {
   return Engine::Instance().LayerShown(int16_t(layer)) ? 1 : 0;
-}
-
-// The instrument in a slot (from 1); 0 past the last slot in use.
-SX_EXPORT int SX_SlotToInst(int slot, uint32_t set, uint32_t version) {
-  EngineState& s = State();
-  if (s.instrumentSlots) {
-    const auto& slots = *s.instrumentSlots;
-    return slot >= 1 && size_t(slot) <= slots.size() ? slots[size_t(slot) - 1] : 0;
-  }
-  return slot >= 1 && slot <= s.data.staffCount ? slot : 0;
-}
-
-// The engine runs plug-ins as bundles with the host's calling conventions.
-SX_EXPORT int SX_IsMachO(uint32_t version) {
-  return 1;
 }

@@ -1,5 +1,6 @@
-// Host alerts: every alert is logged, and shown on standard error with the text the user would
-// read (the localised text of an identifier, looked up in the calling plug-in's bundle).
+// Host alerts of the dialogs family: every alert is logged, and shown on standard error with the
+// text the user would read (the localised text of an identifier, looked up in the calling
+// plug-in's bundle). Also the family's build-kind query.
 #include <cstdio>
 #include <optional>
 
@@ -68,4 +69,9 @@ SX_EXPORT int SX_AlertMessage_UTF16(OpaqueCocoaWindow* owner, uint32_t kind, int
                                     const uint16_t* text, uint32_t version) {
   return ShowAlert(owner, kind, identifier, text ? std::optional(Utf16ToUtf8(text)) : std::nullopt,
                    __builtin_return_address(0));
+}
+
+// The engine runs plug-ins as bundles with the host's calling conventions.
+SX_EXPORT int SX_IsMachO(uint32_t version) {
+  return 1;
 }

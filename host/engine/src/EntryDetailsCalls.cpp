@@ -13,20 +13,20 @@ namespace {
 size_t FixedSize(uint32_t tag) {
   switch (tag) {
   case kTagMeasureSpec:
-    return kMeasureSpecSize;
+    return sizeof(EDTMeasureSpec2014);
   case kTagStaffSpec:
-    return kStaffSpecSize;
+    return sizeof(EDTStaffSpec2014);
   case kTagGroupSpec:
-    return kGroupSpecSize;
+    return sizeof(EDTGroupSpec);
   case kTagPageSpec:
-    return kPageSpecSize;
+    return sizeof(EDTPageSpec);
   case kTagTextBlock:
-    return kTextBlockSize;
+    return sizeof(EDTTextBlock25_4);
   case kTagGeneralPrefs:
-    return kGeneralPrefsSize;
-  case kTagTupletPrefs:
-  case kTagTupletDetail:
-    return kTupletRecordSize;
+    return sizeof(EDTGeneralPrefs2008);
+  case kTupletPrefsTag:
+  case kTupletDetailTag:
+    return sizeof(EDTTuplet);
   default:
     return IsOtherRecordTag(tag) ? kOtherRecordSize : 0;
   }
@@ -64,8 +64,8 @@ void WriteKeys(uint16_t* keys, const RecordKey& key) {
 
 // Copies a neighbouring record (its keys and, when a buffer is given and large enough, its
 // body) to the caller.
-int Neighbour(std::map<RecordKey, std::vector<uint8_t>>::const_iterator it,
-              const DocumentData& data, uint32_t tag, uint16_t* keys, void* buffer, uint32_t size) {
+int Neighbour(RecordMap::const_iterator it, const DocumentData& data, uint32_t tag, uint16_t* keys,
+              void* buffer, uint32_t size) {
   if (it == data.records.end() || it->first.tag != tag)
     return 0;
   if (buffer) {
