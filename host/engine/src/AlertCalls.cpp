@@ -9,6 +9,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using namespace scribo; // the text codecs
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using namespace scribo; // the text codecs
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using namespace scribo; // the text codecs
 
 SX_EXPORT intptr_t SX_StartScriboEdit(const char* description, uint32_t version) {
   EngineState& s = State();
