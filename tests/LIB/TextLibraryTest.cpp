@@ -73,9 +73,9 @@ TEST(SxString, SprintfReadsArgumentsAtTheirWidthAndStaysWithinTheBuffer) {
   const U16 name = S(u"\u00e9t\u00e9");
   const wchar_t wide[] = {L'w', 0x1D11E, 0};    // a precision never cuts a pair in half
   const char unterminated[3] = {'a', 'b', 'c'}; // a precision bounds the bytes read
-  sx_sprintf(d.data(), 80, S(u"%hhd %hu %ld %qd %zu %jd %D %U|%+*d|%-*d|%.*d").c_str(), 300, 70000,
+  sx_sprintf(d.data(), 80, S(u"%hhd %hd %ld %qd %zu %jd %D %U|%+*d|%-*d|%.*d").c_str(), 300, -70000,
              LONG_MIN, -5LL, size_t{7}, intmax_t{9}, -10L, 11UL, 4, 1, -3, 2, 3, 4);
-  EXPECT_EQ(U16(d.c_str()), S(u"44 4464 -9223372036854775808 -5 7 9 -10 11|  +1|2  |004"));
+  EXPECT_EQ(U16(d.c_str()), S(u"44 -4464 -9223372036854775808 -5 7 9 -10 11|  +1|2  |004"));
   sx_sprintf(d.data(), 80, S(u"%.2f %Lg %c%lc %.2ls %.3s %p %@ %S").c_str(), 3.14159, 2.5L, 0x8E,
              0x1F3B5, wide, unterminated, nullptr, nullptr, name.c_str());
   EXPECT_EQ(U16(d.c_str()), S(u"3.14 2.5 \u00e9\U0001F3B5 w abc 0x0 (null) \u00e9t\u00e9"));
