@@ -8,7 +8,6 @@
 
 #include "HostError.h"
 #include "HostTypes.h"
-#include "TextCodec.h"
 
 namespace scribo::host {
 
@@ -38,12 +37,32 @@ using InvokeFn = int (*)(OpaqueCocoaWindow*, short, EREGION*);
 int sHostContext = 1;
 char sHostWindow = 0;
 
-// A menu text field: UTF-16 up to its terminator or its capacity.
 std::string Utf8(const uint16_t* text, size_t capacity) {
-  std::u16string units;
-  for (size_t i = 0; i < capacity && text[i]; ++i)
-    units.push_back(static_cast<char16_t>(text[i]));
-  return Utf16ToUtf8(units);
+  std::string out;
+  for (size_t i = 0; i < capacity && text[i]; ++i) {
+    uint32_t cp = text[i];
+    if (cp >= 0xD800 && cp < 0xDC00 && i + 1 < capacity && text[i + 1] >= 0xDC00 &&
+        text[i + 1] < 0xE000) {
+      cp = 0x10000 + ((cp - 0xD800) << 10) + (text[i + 1] - 0xDC00);
+      ++i;
+    }
+    if (cp < 0x80) {
+      out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+      out += static_cast<char>(0xC0 | (cp >> 6));
+      out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else if (cp < 0x10000) {
+      out += static_cast<char>(0xE0 | (cp >> 12));
+      out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+      out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+      out += static_cast<char>(0xF0 | (cp >> 18));
+      out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+      out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+      out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
+  }
+  return out;
 }
 
 void* OpenBundle(const fs::path& bundle, int flags, const char* what) {
