@@ -9,7 +9,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
-using namespace scribo; // the text codecs
+using scribo::MacRomanToUtf8, scribo::Utf16ToUtf8;
 
 namespace {
 
