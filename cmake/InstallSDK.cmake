@@ -14,8 +14,8 @@ if(TARGET scribo_platform)
 endif()
 # Libraries the components link privately still have to travel with them.
 set(sdk_private_parts)
-if(TARGET scribo_strings_file)
-  list(APPEND sdk_private_parts scribo_strings_file)
+if(TARGET scribo_platform_base)
+  list(APPEND sdk_private_parts scribo_platform_base)
 endif()
 
 add_library(scribo_sdk INTERFACE)

@@ -6,8 +6,6 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -16,56 +14,33 @@ class FuzzArgs final : public cfstandin::FormatArgSource {
 public:
   FuzzArgs(const uint8_t* data, size_t size) : data_(data), size_(size) {}
 
+  // Every kind gets the next eight input bytes: as the integer, as a double's bits, or as the
+  // choice among valid pointers of the kind (texts in odd encodings and with pairs, or null).
   cfstandin::FormatArg Next(cfstandin::FormatArgKind kind) override {
     using K = cfstandin::FormatArgKind;
     static const char* const kTexts[] = {nullptr, "", "Noten", "Caf\x8E", "\xFF\x80 tail"};
     static const UniChar kUnits[] = {u'V', 0xD834, 0xDD1E, 0};
     static const wchar_t kWide[] = {L'w', 0x1D11E, 0x110000, 0};
+    static const CFStringRef kObjects[] = {nullptr, CFSTR("object"), CFSTR("\u00e9l\u00e8ve")};
+    uint64_t bits = 0;
+    const size_t n = size_ < 8 ? size_ : 8;
+    std::memcpy(&bits, data_, n);
+    data_ += n;
+    size_ -= n;
     cfstandin::FormatArg a;
-    const uint64_t bits = Take();
-    switch (kind) {
-    case K::Double:
-    case K::LongDouble: {
-      double d;
-      std::memcpy(&d, &bits, sizeof d);
-      a.real = d;
-      break;
-    }
-    case K::CString:
-      a.pointer = kTexts[bits % 5];
-      break;
-    case K::UniChars:
-      a.pointer = bits % 2 ? kUnits : nullptr;
-      break;
-    case K::WideChars:
-      a.pointer = bits % 2 ? kWide : nullptr;
-      break;
-    case K::Pointer:
-      a.pointer = reinterpret_cast<const void*>(static_cast<uintptr_t>(bits));
-      break;
-    case K::Object:
-      a.pointer =
-          bits % 3 == 0 ? nullptr : (bits % 3 == 1 ? CFSTR("object") : CFSTR("\u00e9l\u00e8ve"));
-      break;
-    case K::Int:
-      a.integer = static_cast<int>(bits);
-      break;
-    default:
-      a.integer = static_cast<long long>(bits);
-      break;
-    }
+    double real;
+    std::memcpy(&real, &bits, sizeof real);
+    a.real = real;
+    a.integer = kind == K::Int ? static_cast<int>(bits) : static_cast<long long>(bits);
+    a.pointer = kind == K::CString     ? kTexts[bits % 5]
+                : kind == K::UniChars  ? (bits % 2 ? kUnits : nullptr)
+                : kind == K::WideChars ? (bits % 2 ? kWide : nullptr)
+                : kind == K::Object    ? kObjects[bits % 3]
+                                    : reinterpret_cast<const void*>(static_cast<uintptr_t>(bits));
     return a;
   }
 
 private:
-  uint64_t Take() {
-    uint64_t v = 0;
-    const size_t n = size_ < 8 ? size_ : 8;
-    std::memcpy(&v, data_, n);
-    data_ += n;
-    size_ -= n;
-    return v;
-  }
   const uint8_t* data_;
   size_t size_;
 };

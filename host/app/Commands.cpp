@@ -5,6 +5,7 @@
 
 #include <iostream>
 
+#include "BundleFiles.h"
 #include "DialogItems.h"
 #include "Engine.h"
 #include "EngineBridge.h"
@@ -106,12 +107,11 @@ bool DialogAccepted(const engine::Engine& engine) {
 } // namespace
 
 fs::path DefaultEngineBundle() {
-  // The engine image this program runs with: <X>.bundle/Contents/MacOS/<X>.
+  // The bundle of the engine image this program runs with.
   Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&engine::Engine::Instance), &info) && info.dli_fname) {
-    fs::path image = fs::absolute(info.dli_fname);
-    return image.parent_path().parent_path().parent_path();
-  }
+  if (dladdr(reinterpret_cast<void*>(&engine::Engine::Instance), &info) && info.dli_fname)
+    if (std::string bundle = BundleOfImage(info.dli_fname); !bundle.empty())
+      return bundle;
   return ProgramFolder() / "NotationEngine.bundle";
 }
 

@@ -45,7 +45,7 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
   document.Clear();
   sourceOf_.clear();
   for (const auto& staff : score.staves)
-    if (document.AddStaff(engine::Utf8ToUtf16(staff.name)) < 0)
+    if (document.AddStaff(Utf8ToUtf16(staff.name)) < 0)
       throw std::runtime_error("the engine holds no more than 32767 staves");
   for (const auto& measure : score.measures) {
     engine::TimeSignature time =

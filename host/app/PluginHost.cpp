@@ -35,7 +35,7 @@ std::string MenuText(const tExtensionMenuRecord& record, size_t offset) {
   uint16_t units[kMenuTextUnits];
   std::memcpy(units, reinterpret_cast<const char*>(&record) + offset, sizeof units);
   units[kMenuTextUnits - 1] = 0;
-  return engine::Utf16ToUtf8(units);
+  return Utf16ToUtf8(units);
 }
 
 void* OpenBundle(const fs::path& bundle, int flags, const char* what) {

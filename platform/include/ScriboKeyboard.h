@@ -22,9 +22,6 @@ extern "C" {
 typedef uint32_t KeyMap[4];
 typedef uint8_t KeyMapByteArray[16];
 
-// Bit of the modifier flags for the Command key (as NSEventModifierFlagCommand).
-#define NSEventModifierFlagCommand (1ull << 20)
-
 // Fills `keys` with the keys held down at the moment of the call; all zero without a provider.
 void GetKeys(KeyMap keys);
 

@@ -23,12 +23,6 @@ void CFRelease(CFTypeRef object) {
     delete base;
 }
 
-CFIndex CFGetRetainCount(CFTypeRef object) {
-  if (!object)
-    return 0;
-  return Base(object)->immortal ? 0x7FFFFFFF : Base(object)->refs.load(std::memory_order_relaxed);
-}
-
 CFTypeID CFGetTypeID(CFTypeRef object) {
   return object ? Base(object)->type : 0;
 }

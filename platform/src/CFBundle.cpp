@@ -1,5 +1,6 @@
 // Bundles: found by identifier among the images loaded in the process, created for any
 // directory, and asked for exported functions of their loaded executable.
+#include "BundleFiles.h"
 #include "CFObject.h"
 
 #include <dlfcn.h>
@@ -16,8 +17,6 @@ namespace fs = std::filesystem;
 const CFStringRef kCFBundleIdentifierKey = CFSTR("CFBundleIdentifier");
 const CFStringRef kCFBundleExecutableKey = CFSTR("CFBundleExecutable");
 const CFStringRef kCFBundleDevelopmentRegionKey = CFSTR("CFBundleDevelopmentRegion");
-const CFStringRef kCFBundleNameKey = CFSTR("CFBundleName");
-const CFStringRef kCFBundleVersionKey = CFSTR("CFBundleVersion");
 
 __CFBundle::~__CFBundle() {
   for (auto& entry : info)
@@ -33,27 +32,13 @@ std::string RealPath(const std::string& path) {
   return realpath(path.c_str(), resolved) ? std::string(resolved) : path;
 }
 
-bool HasInfoPlist(const fs::path& dir) {
-  std::error_code ec;
-  return fs::is_regular_file(dir / "Contents" / "Info.plist", ec);
-}
-
-// The nearest ancestor X.bundle (or X.app) of an image that has Contents/Info.plist.
-std::string EnclosingBundle(const std::string& imagePath) {
-  fs::path dir = fs::path(imagePath).parent_path();
-  while (!dir.empty() && dir != dir.root_path()) {
-    std::string ext = dir.extension().string();
-    if ((ext == ".bundle" || ext == ".app") && HasInfoPlist(dir))
-      return dir.string();
-    dir = dir.parent_path();
-  }
-  return {};
-}
-
 __CFBundle* NewBundle(const std::string& dir) {
   auto* bundle = new __CFBundle;
   bundle->path = dir;
-  cfstandin::ReadInfoPlist(dir, bundle->info);
+  std::map<std::string, std::string> values;
+  scribo::ReadInfoPlist(dir, values);
+  for (const auto& [key, value] : values)
+    bundle->info[key] = cfstandin::MakeString(cfstandin::FromUTF8(value));
   return bundle;
 }
 
@@ -117,7 +102,7 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
   images.push_back(MainExecutablePath());
   const std::u16string& wanted = cfstandin::Units(bundleID);
   for (const std::string& image : images) {
-    std::string dir = EnclosingBundle(RealPath(image));
+    std::string dir = scribo::BundleOfImage(image);
     if (dir.empty())
       continue;
     __CFBundle* bundle = CachedBundle(dir);
@@ -131,7 +116,7 @@ CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID) {
 CFBundleRef CFBundleGetMainBundle(void) {
   static __CFBundle* mainBundle = [] {
     std::string exe = MainExecutablePath();
-    std::string dir = EnclosingBundle(exe);
+    std::string dir = scribo::BundleOfImage(exe);
     auto* bundle = NewBundle(dir.empty() ? fs::path(exe).parent_path().string() : dir);
     bundle->immortal = true;
     bundle->isMain = true;
@@ -163,11 +148,9 @@ void* LoadedHandle(CFBundleRef bundle) {
   return bundle->handle;
 }
 
-} // namespace
-
-namespace {
 std::atomic<long> gFunctionLookups{0};
-}
+
+} // namespace
 
 long __CFBundleFunctionLookupCount(void) {
   return gFunctionLookups.load();
@@ -181,25 +164,6 @@ void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef function
   return handle ? dlsym(handle, cfstandin::ToUTF8(functionName).c_str()) : nullptr;
 }
 
-void* CFBundleGetDataPointerForName(CFBundleRef bundle, CFStringRef symbolName) {
-  return CFBundleGetFunctionPointerForName(bundle, symbolName);
-}
-
-Boolean CFBundleIsExecutableLoaded(CFBundleRef bundle) {
-  if (!bundle)
-    return false;
-  if (bundle->isMain)
-    return true;
-  std::string exe = cfstandin::ExecutablePath(bundle);
-  if (exe.empty())
-    return false;
-  void* handle = dlopen(exe.c_str(), RTLD_LAZY | RTLD_NOLOAD);
-  if (!handle)
-    return false;
-  dlclose(handle);
-  return true;
-}
-
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {
   if (!bundle || !key)
     return nullptr;
@@ -210,21 +174,4 @@ CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef k
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) {
   return static_cast<CFStringRef>(
       CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleIdentifierKey));
-}
-
-CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle) {
-  if (!bundle)
-    return nullptr;
-  return CFURLCreateFromFileSystemRepresentation(
-      nullptr, reinterpret_cast<const UInt8*>(bundle->path.c_str()),
-      static_cast<CFIndex>(bundle->path.size()), true);
-}
-
-CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle) {
-  std::string exe = cfstandin::ExecutablePath(bundle);
-  if (exe.empty())
-    return nullptr;
-  return CFURLCreateFromFileSystemRepresentation(nullptr,
-                                                 reinterpret_cast<const UInt8*>(exe.c_str()),
-                                                 static_cast<CFIndex>(exe.size()), false);
 }

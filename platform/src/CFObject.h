@@ -30,7 +30,6 @@ struct __CFString : CFObjectBase {
 struct __CFURL : CFObjectBase {
   __CFURL() : CFObjectBase(kTypeURL) {}
   std::string path; // file-system path, without a trailing slash (except "/")
-  bool isDirectory = false;
 };
 
 struct __CFBundle : CFObjectBase {
@@ -51,9 +50,13 @@ CFStringRef MakeString(std::u16string units);
 const std::u16string& Units(CFStringRef string);
 // UTF-8 form of a string, for file names and symbol names.
 std::string ToUTF8(CFStringRef string);
+// The units of UTF-8 text; empty when it is not well-formed.
 std::u16string FromUTF8(const std::string& text);
-// Reads Contents/Info.plist of a bundle directory into `info`; false when there is none.
-bool ReadInfoPlist(const std::string& bundleDir, std::map<std::string, CFStringRef>& info);
+
+// Appends the decoded units of `bytes` in one of the stand-in's encodings (Mac Roman, UTF-8);
+// false when the encoding is another or the bytes are not valid in it.
+bool DecodeBytes(const uint8_t* bytes, size_t count, CFStringEncoding encoding,
+                 std::u16string& out);
 // The executable path of a bundle: Contents/MacOS/<CFBundleExecutable>, or empty.
 std::string ExecutablePath(CFBundleRef bundle);
 

@@ -1,17 +1,38 @@
 // String conversion into byte encodings and to numbers.
 #include "CFObject.h"
-#include "TextEncoding.h"
+#include "TextCodec.h"
 
 #include <climits>
 #include <cstring>
 
+bool cfstandin::DecodeBytes(const uint8_t* bytes, size_t count, CFStringEncoding encoding,
+                            std::u16string& out) {
+  if (encoding == kCFStringEncodingUTF8)
+    return scribo::DecodeUtf8(std::string_view(reinterpret_cast<const char*>(bytes), count), out);
+  if (encoding != kCFStringEncodingMacRoman)
+    return false;
+  for (size_t i = 0; i < count; ++i)
+    out.push_back(scribo::MacRomanToUnicode(bytes[i]));
+  return true;
+}
+
 namespace {
 
-bool IsHighSurrogate(char16_t u) {
-  return u >= 0xD800 && u <= 0xDBFF;
+bool IsKnownEncoding(CFStringEncoding encoding) {
+  return encoding == kCFStringEncodingMacRoman || encoding == kCFStringEncodingUTF8;
 }
-bool IsLowSurrogate(char16_t u) {
-  return u >= 0xDC00 && u <= 0xDFFF;
+
+// Encodes one character (a surrogate pair already joined) into up to 4 bytes and returns their
+// count, or 0 when the encoding cannot represent it.
+size_t EncodeCodePoint(char32_t codePoint, CFStringEncoding encoding, uint8_t out[4]) {
+  if (encoding == kCFStringEncodingUTF8)
+    return scribo::EncodeUtf8(codePoint, out);
+  const int byte =
+      encoding == kCFStringEncodingMacRoman ? scribo::UnicodeToMacRoman(codePoint) : -1;
+  if (byte < 0)
+    return 0;
+  out[0] = static_cast<uint8_t>(byte);
+  return 1;
 }
 
 bool ValidRange(const std::u16string& units, CFRange range) {
@@ -23,12 +44,12 @@ bool ValidRange(const std::u16string& units, CFRange range) {
 } // namespace
 
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
-                         UInt8 lossByte, Boolean isExternalRepresentation, UInt8* buffer,
-                         CFIndex maxBufLen, CFIndex* usedBufLen) {
+                         UInt8 lossByte, Boolean, UInt8* buffer, CFIndex maxBufLen,
+                         CFIndex* usedBufLen) {
   CFIndex used = 0;
   CFIndex converted = 0;
   const std::u16string& units = cfstandin::Units(string);
-  if (string && ValidRange(units, range) && cfstandin::IsKnownEncoding(encoding) &&
+  if (string && ValidRange(units, range) && IsKnownEncoding(encoding) &&
       (!buffer || maxBufLen >= 0)) {
     // Without a buffer the call only measures, whatever maxBufLen says.
     auto fits = [&](size_t n) { return !buffer || static_cast<size_t>(maxBufLen - used) >= n; };
@@ -37,26 +58,14 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
         std::memcpy(buffer + used, bytes, n);
       used += static_cast<CFIndex>(n);
     };
-    bool ok = true;
-    if (isExternalRepresentation && encoding == kCFStringEncodingUTF16 && range.length > 0) {
-      static constexpr uint8_t kByteOrderMark[2] = {0xFF, 0xFE}; // little-endian units follow
-      if (fits(2))
-        put(kByteOrderMark, 2);
-      else
-        ok = false;
-    }
     const size_t end = static_cast<size_t>(range.location + range.length);
-    size_t i = static_cast<size_t>(range.location);
-    while (ok && i < end) {
+    const std::u16string_view text(units.data(), end);
+    for (size_t i = static_cast<size_t>(range.location); i < end;) {
       // A surrogate pair inside the range is one character; a lone surrogate is its own.
-      char32_t cp = units[i];
-      size_t step = 1;
-      if (IsHighSurrogate(units[i]) && i + 1 < end && IsLowSurrogate(units[i + 1])) {
-        cp = 0x10000 + ((cp - 0xD800) << 10) + (units[i + 1] - 0xDC00);
-        step = 2;
-      }
+      size_t next = i;
+      const char32_t cp = scribo::NextUtf16(text, next);
       uint8_t bytes[4];
-      size_t n = cfstandin::EncodeCodePoint(cp, encoding, bytes);
+      size_t n = EncodeCodePoint(cp, encoding, bytes);
       if (n == 0) {
         if (lossByte == 0)
           break;
@@ -66,8 +75,8 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
       if (!fits(n))
         break;
       put(bytes, n);
-      i += step;
-      converted += static_cast<CFIndex>(step);
+      converted += static_cast<CFIndex>(next - i);
+      i = next;
     }
   }
   if (usedBufLen)
@@ -76,30 +85,12 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
-  if (length < 0 || !cfstandin::IsKnownEncoding(encoding))
+  if (length < 0 || !IsKnownEncoding(encoding))
     return kCFNotFound;
-  const CFIndex perUnit = static_cast<CFIndex>(cfstandin::MaxBytesPerUnit(encoding));
+  const CFIndex perUnit = encoding == kCFStringEncodingUTF8 ? 3 : 1; // bytes per UTF-16 unit
   if (length > LONG_MAX / perUnit)
     return kCFNotFound;
   return length * perUnit;
-}
-
-Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize,
-                           CFStringEncoding encoding) {
-  if (!buffer || bufferSize < 1)
-    return false;
-  buffer[0] = 0;
-  const CFIndex length = CFStringGetLength(string);
-  CFIndex used = 0;
-  const CFIndex converted =
-      CFStringGetBytes(string, CFRangeMake(0, length), encoding, 0, false,
-                       reinterpret_cast<UInt8*>(buffer), bufferSize - 1, &used);
-  if (!string || converted != length) {
-    buffer[0] = 0; // nothing half-written: a caller that ignores the result sees an empty text
-    return false;
-  }
-  buffer[used] = 0;
-  return true;
 }
 
 Boolean CFStringGetPascalString(CFStringRef string, StringPtr buffer, CFIndex bufferSize,

@@ -3,7 +3,7 @@
 #include "StringFormat.h"
 
 #include "CFObject.h"
-#include "TextEncoding.h"
+#include "TextCodec.h"
 
 #include <cstdio>
 #include <cstring>
@@ -258,16 +258,6 @@ void AppendNumber(const Spec& s, int width, int precision, const FormatArg& a,
     out.push_back(static_cast<unsigned char>(buffer[k]));
 }
 
-void AppendCodePoint(char32_t cp, std::u16string& text) {
-  if (cp >= 0x10000 && cp <= 0x10FFFF) {
-    cp -= 0x10000;
-    text.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-    text.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-  } else {
-    text.push_back(static_cast<char16_t>(cp));
-  }
-}
-
 std::u16string Describe(const void* object) {
   if (!object)
     return u"(null)";
@@ -293,15 +283,14 @@ void Render(const Spec& s, int width, int precision, const FormatArg& a, std::u1
     return; // writing through an argument is never wanted from localised formats
   case u'c':
     if (s.length == Length::Long) {
-      AppendCodePoint(static_cast<char32_t>(a.integer), text); // %lc: a wide character
+      scribo::AppendUtf16(static_cast<char32_t>(a.integer), text); // %lc: a wide character
     } else {
-      const uint8_t byte = static_cast<uint8_t>(a.integer);
-      DecodeBytes(&byte, 1, kCFStringEncodingMacRoman, text);
+      text.push_back(scribo::MacRomanToUnicode(static_cast<uint8_t>(a.integer)));
     }
     break;
   case u'C':
     if (s.length == Length::Long)
-      AppendCodePoint(static_cast<char32_t>(a.integer), text);
+      scribo::AppendUtf16(static_cast<char32_t>(a.integer), text);
     else
       text.push_back(static_cast<char16_t>(a.integer));
     break;
@@ -317,7 +306,7 @@ void Render(const Spec& s, int width, int precision, const FormatArg& a, std::u1
                                                                                               : 1;
         if (precision >= 0 && text.size() + units > static_cast<size_t>(precision))
           break;
-        AppendCodePoint(static_cast<char32_t>(w[k]), text);
+        scribo::AppendUtf16(static_cast<char32_t>(w[k]), text);
       }
     } else {
       // The precision bounds the bytes read: the array need not be terminated within it.

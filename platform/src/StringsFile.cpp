@@ -7,7 +7,7 @@
 // translated and others as bare keys, which is worse than a clean fallback to the keys.
 #include "StringsFile.h"
 
-#include "TextEncoding.h"
+#include "TextCodec.h"
 
 #include <cstdint>
 
@@ -35,7 +35,7 @@ bool DecodeFile(std::string_view bytes, std::u16string& units) {
     b += 3;
     n -= 3;
   }
-  return cfstandin::DecodeBytes(b, n, kCFStringEncodingUTF8, units);
+  return DecodeUtf8(std::string_view(reinterpret_cast<const char*>(b), n), units);
 }
 
 bool IsUnquotedChar(char16_t c) {

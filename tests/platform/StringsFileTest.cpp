@@ -1,10 +1,11 @@
-// The strings-file parser on whole files: encodings, the grammar's forms, and malformed input.
+// The strings-file parser on whole files, and the tables the plug-in ships.
 #include "StringsFile.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <string>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -16,66 +17,44 @@ Table Parse(std::string_view bytes, bool expectOk = true) {
   return table;
 }
 
-std::string Utf16(std::u16string_view text, bool bigEndian) {
-  std::string bytes = bigEndian ? std::string("\xFE\xFF") : std::string("\xFF\xFE");
-  for (char16_t u : text) {
-    const char hi = static_cast<char>(u >> 8), lo = static_cast<char>(u & 0xFF);
-    bytes += bigEndian ? hi : lo;
-    bytes += bigEndian ? lo : hi;
-  }
-  return bytes;
-}
-
-TEST(StringsFile, ReadsEntriesCommentsAndEscapes) {
-  const Table t = Parse("/* Menu */\n"
-                        "\"20000,1\" = \"Subdivide Notes...\";\n"
-                        "// a line comment \"ignored\" = \"x\";\n"
-                        "\"20000,2\"=\"Tab\\there \\\"quoted\\\" back\\\\slash\\nnext\";"
-                        "simple_key.1 = \"caf\\U00e9 \\u20AC\";  \n"
-                        "\"repeat\" = \"first\"; \"repeat\" = \"second\";\n"
-                        "\"alone\";\n"
-                        "\"\\101\\303\" = unquoted/value-1;");
-  EXPECT_EQ(t.size(), 6u);
-  EXPECT_EQ(t.at(u"20000,1"), u"Subdivide Notes...");
-  EXPECT_EQ(t.at(u"20000,2"), u"Tab\there \"quoted\" back\\slash\nnext");
-  EXPECT_EQ(t.at(u"simple_key.1"), u"caf\u00e9 \u20ac");
-  EXPECT_EQ(t.at(u"repeat"), u"second");
-  EXPECT_EQ(t.at(u"alone"), u"alone");
-  EXPECT_EQ(t.at(u"A\u00c3"), u"unquoted/value-1");
-  EXPECT_FALSE(t.contains(u"stale"));
-}
-
-TEST(StringsFile, ReadsEveryEncodingForm) {
-  const std::u16string text = u"\"k\" = \"\u00fc\U0001F3B5\";";
-  const std::u16string expected = u"\u00fc\U0001F3B5";
-  EXPECT_EQ(Parse("\xEF\xBB\xBF\"k\" = \"\xC3\xBC\xF0\x9F\x8E\xB5\";").at(u"k"), expected);
-  EXPECT_EQ(Parse("\"k\" = \"\xC3\xBC\xF0\x9F\x8E\xB5\";").at(u"k"), expected);
-  EXPECT_EQ(Parse(Utf16(text, false)).at(u"k"), expected);
-  EXPECT_EQ(Parse(Utf16(text, true)).at(u"k"), expected);
-  EXPECT_TRUE(Parse("").empty());
-  EXPECT_TRUE(Parse("\xFF\xFE").empty());
-  EXPECT_TRUE(Parse("  /* only a comment */ // and another").empty());
+// The forms the test probe's table does not use (the localised-strings test reads that one).
+TEST(StringsFile, ReadsEveryEncodingAndTheRarerForms) {
+  EXPECT_EQ(
+      Parse("\xEF\xBB\xBF\"k\" = \"back\\\\slash\\n\\u20AC \xF0\x9F\x8E\xB5\"; // \"x\" = \"y\";"),
+      (Table{{u"k", u"back\\slash\n\u20ac \U0001F3B5"}}));
+  EXPECT_EQ(Parse(std::string("\xFF\xFE\"\0k\0\"\0=\0\"\0\xE9\0\"\0;\0", 18)),
+            (Table{{u"k", u"\u00e9"}}));
+  EXPECT_EQ(Parse(std::string("\xFE\xFF\0\"\0k\0\"\0;", 10)), (Table{{u"k", u"k"}}));
 }
 
 TEST(StringsFile, RejectsMalformedFilesAsAWhole) {
-  for (std::string_view bad : {
-           "\"a\" = \"b\"",           // no semicolon
-           "\"a\" = \"b\"; \"c\" = ", // value missing
-           "\"a\" = \"b",             // unterminated string
-           "\"a\" = \"b\\",           // escape at the end
-           "\"a\" = \"\\U\";",        // \U without digits
-           "/* never closed",         //
-           "\"a\" \"b\";",            // no equals sign
-           "= \"b\";",                // no key
-           "\"a\" = ;",               //
-           "\"a\" = \"b\";;",         // stray semicolon
-           "a b = \"c\";",            //
-           "\"a\" = \"\xC3\";",       // truncated UTF-8
-           "\"a\" = \"\xFF\";",       // not UTF-8 at all
+  for (std::string_view bad : std::initializer_list<std::string_view>{
+           "\"a\" = \"b\"", "\"a\" = \"b\"; \"c\" = ", "\"a\" = \"b", "\"a\" = \"b\\",
+           "\"a\" = \"\\U\";", "/* never closed", "\"a\" \"b\";", "= \"b\";", "\"a\" = ;",
+           "\"a\" = \"b\";;", "a b = \"c\";", "\"a\" = \"\xC3\";",
+           std::string_view("\xFF\xFE\"\0a\0\"\0;\0x", 11), // a dangling half unit
        }) {
     EXPECT_TRUE(Parse(bad, false).empty()) << bad;
   }
-  EXPECT_TRUE(Parse(Utf16(u"\"a\"=\"b\";", false) + "x", false).empty()); // odd byte count
+}
+
+// Every text the command shows is in every shipped language and translated; a menu text fits
+// the host's menu field (127 units and the terminator).
+TEST(StringsFile, ShippedTablesTranslateEveryTextTheCommandShows) {
+  for (std::string language : {"en", "de"}) {
+    std::ifstream in(scribotest::SourceDir() / "resources" /
+                     (language + ".lproj/Localizable.strings"));
+    Table table;
+    ASSERT_TRUE(scribo::ParseStringsFile(
+        std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()), table));
+    for (std::u16string key : {u"20000,1", u"20000,2", u"20000,3", u"20128,1", u"20128,2",
+                               u"20128,3", u"20128,4", u"20128,6"}) {
+      const std::u16string& text = table[key];
+      EXPECT_TRUE(!text.empty() && text != key &&
+                  (!key.starts_with(u"20000") || text.size() <= 127))
+          << language << " " << std::string(key.begin(), key.end());
+    }
+  }
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using scribo::MacRomanToUtf8, scribo::Utf16ToUtf8;
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using scribo::MacRomanToUtf8, scribo::Utf16ToUtf8, scribo::Utf8ToMacRoman, scribo::Utf8ToUtf16;
 
 namespace {
 

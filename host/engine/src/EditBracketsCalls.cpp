@@ -7,6 +7,7 @@
 #include "TextCodec.h"
 
 using namespace scribo::engine;
+using scribo::MacRomanToUtf8, scribo::Utf16ToUtf8;
 
 SX_EXPORT intptr_t SX_StartScriboEdit(const char* description, uint32_t version) {
   EngineState& s = State();

@@ -31,7 +31,6 @@ typedef int64_t SInt64;
 typedef uint16_t UniChar;
 typedef unsigned char Str255[256];
 typedef unsigned char* StringPtr;
-typedef const unsigned char* ConstStringPtr;
 
 typedef long CFIndex;
 typedef unsigned long CFOptionFlags;
@@ -58,7 +57,6 @@ enum { kCFNotFound = -1 };
 
 typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
-typedef struct __CFString* CFMutableStringRef;
 typedef const struct __CFURL* CFURLRef;
 typedef struct __CFBundle* CFBundleRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
@@ -70,8 +68,6 @@ typedef const struct __CFDictionary* CFDictionaryRef;
 CFTypeRef CFRetain(CFTypeRef object);
 // Drops one reference and destroys the object at the last one. Null is ignored.
 void CFRelease(CFTypeRef object);
-// The current reference count (diagnostics and tests).
-CFIndex CFGetRetainCount(CFTypeRef object);
 // Type identifiers of the stand-in's object kinds.
 CFTypeID CFGetTypeID(CFTypeRef object);
 CFTypeID CFStringGetTypeID(void);

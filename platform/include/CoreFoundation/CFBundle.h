@@ -15,8 +15,6 @@ CF_EXTERN_C_BEGIN
 extern const CFStringRef kCFBundleIdentifierKey;
 extern const CFStringRef kCFBundleExecutableKey;
 extern const CFStringRef kCFBundleDevelopmentRegionKey;
-extern const CFStringRef kCFBundleNameKey;
-extern const CFStringRef kCFBundleVersionKey;
 
 // The loaded bundle with that identifier, or null. "Get" rule: do not release.
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef bundleID);
@@ -27,16 +25,12 @@ CFBundleRef CFBundleGetMainBundle(void);
 CFBundleRef CFBundleCreate(CFAllocatorRef alloc, CFURLRef bundleURL);
 // Address of an exported function of the bundle's loaded executable; null when absent.
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef functionName);
-void* CFBundleGetDataPointerForName(CFBundleRef bundle, CFStringRef symbolName);
-Boolean CFBundleIsExecutableLoaded(CFBundleRef bundle);
 // A value of the Info.plist dictionary (strings only in the stand-in), or null. "Get" rule.
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
-// Copy rule: the caller releases the URL.
-CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
-CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle);
-// Resource lookup in Contents/Resources: the language directories of the user's preference
-// first, then the development region, Base.lproj and the top level. Null when absent.
+// Resource lookup in Contents/Resources: the language directories of the user's environment
+// first, then the development region, Base.lproj and the top level (the order is
+// LanguageDirectories in BundleFiles.h). Null when absent. Copy rule.
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef resourceName,
                                  CFStringRef resourceType, CFStringRef subDirName);
 // The translation of `key` in table `tableName` (null: "Localizable"), or `value` when the key is

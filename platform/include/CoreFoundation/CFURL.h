@@ -5,11 +5,9 @@
 
 CF_EXTERN_C_BEGIN
 
+// A URL for a path (`bufLen` bytes, or up to a 0 byte within them). The stand-in's URLs only
+// carry a path to the calls that take one, so `isDirectory` changes nothing.
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef alloc, const UInt8* buffer,
                                                  CFIndex bufLen, Boolean isDirectory);
-// Writes the zero-terminated path; false when it does not fit.
-Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
-                                         CFIndex maxBufLen);
-Boolean CFURLHasDirectoryPath(CFURLRef url);
 
 CF_EXTERN_C_END
