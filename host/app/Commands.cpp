@@ -98,7 +98,8 @@ void CheckOutput(const SubdivideRequest& request) {
                                          folder.string() + " is not writable");
 }
 
-// What the last options dialog came to: accepted with OK, or cancelled.
+} // namespace
+
 bool DialogAccepted(const engine::Engine& engine) {
   const auto& history = engine.DialogHistory();
   if (history.empty())
@@ -111,8 +112,6 @@ bool DialogAccepted(const engine::Engine& engine) {
       return it->item == 1;
   return false;
 }
-
-} // namespace
 
 fs::path DefaultEngineBundle() {
   // The engine image this program runs with: <X>.bundle/Contents/MacOS/<X>.
