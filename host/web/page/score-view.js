@@ -81,6 +81,10 @@ export class ScoreView {
     const page = document.createElement('div');
     page.className = 'page';
     page.innerHTML = svg;
+    // Pages out of view are neither laid out nor painted until they scroll in (.page in the
+    // style sheet); their size comes from the drawing's own.
+    const drawing = page.firstElementChild;
+    page.style.containIntrinsicSize = `${drawing.getAttribute('width')} ${drawing.getAttribute('height')}`;
     this.container.append(page);
     for (const measure of page.querySelectorAll('g.measure')) {
       measure.dataset.index = String(this.measures.length + 1);
@@ -89,10 +93,10 @@ export class ScoreView {
     this.highlight();
   }
 
-  // The measure and staff under a point: the measure whose box holds it, then the staff of
-  // that measure nearest to it vertically.
-  hit(x, y) {
-    for (const measure of this.measures) {
+  // The measure and staff under a point of `page`: the measure whose box holds it, then the
+  // staff of that measure nearest to it vertically.
+  hit(page, x, y) {
+    for (const measure of page.querySelectorAll('g.measure')) {
       const box = measure.getBoundingClientRect();
       if (x < box.left || x > box.right || y < box.top || y > box.bottom) continue;
       let best = null;
@@ -107,7 +111,8 @@ export class ScoreView {
   }
 
   click(event) {
-    const at = this.hit(event.clientX, event.clientY);
+    const page = event.target.closest('.page');
+    const at = page && this.hit(page, event.clientX, event.clientY);
     if (!at) return;
     const from = event.shiftKey && this.anchor ? this.anchor : at;
     if (!event.shiftKey) this.anchor = at;
