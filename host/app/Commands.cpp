@@ -155,13 +155,7 @@ int RunSubdivide(const SubdivideRequest& request, std::ostream& err) {
     bridge.Load(score, engine.document(), progress.Callback());
   }
 
-  EREGION region{};
-  region.startStaff = static_cast<int16_t>(staves.first);
-  region.endStaff = static_cast<int16_t>(staves.last);
-  region.startMeasure = static_cast<int16_t>(measures.first);
-  region.endMeasure = static_cast<int16_t>(measures.last);
-  region.startPosition = 0;
-  region.endPosition = 0x7FFFFFFF;
+  EREGION region = MeasureRegion(measures, staves);
   engine.SetSelection(region);
 
   if (request.interactive)

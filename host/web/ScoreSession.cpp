@@ -11,6 +11,7 @@
 #include "Engine.h"
 #include "ScoreError.h"
 #include "ScoreFile.h"
+#include "SelectionRange.h"
 #include "WebJson.h"
 
 namespace scribo::web {
@@ -164,13 +165,8 @@ CommandOutcome ScoreSession::Run(const Selection& selection, double screenWidth,
   engine.ClearAlerts();
   engine::ScreenRect screen{0, 0, screenWidth, screenHeight};
   engine.windows().SetMainScreen(screen);
-  EREGION region{};
-  region.startStaff = static_cast<int16_t>(selection.firstStaff);
-  region.endStaff = static_cast<int16_t>(selection.lastStaff);
-  region.startMeasure = static_cast<int16_t>(selection.firstMeasure);
-  region.endMeasure = static_cast<int16_t>(selection.lastMeasure);
-  region.startPosition = 0;
-  region.endPosition = 0x7FFFFFFF;
+  EREGION region = host::MeasureRegion({selection.firstMeasure, selection.lastMeasure},
+                                       {selection.firstStaff, selection.lastStaff});
   engine.SetSelection(region);
 
   // Each state shown carries the alerts raised since the one before; whatever is raised after
