@@ -89,6 +89,16 @@ double NumberIn(const Json& object, const char* key, double low, double high, do
   return value.is_number() ? std::clamp(value.get<double>(), low, high) : fallback;
 }
 
+// The last part of `path`, fit to reappear in a download's Content-Disposition header: no
+// quotes, backslashes or control characters.
+std::string SafeFileName(const std::string& path) {
+  std::string name = fs::path(path).filename().string();
+  for (char& c : name)
+    if (static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\' || c == 0x7F)
+      c = '_';
+  return name.empty() || name.size() > 255 ? "score.musicxml" : name;
+}
+
 Json OutcomeJson(const CommandOutcome& outcome) {
   Json alerts = Json::array();
   for (const auto& alert : outcome.alerts)
@@ -111,7 +121,7 @@ public:
   void Start() {
     engine_.Call([this] {
       session_.LoadBundles(options_.engineBundle, options_.pluginBundle);
-      session_.Open(options_.score, options_.score.filename().string());
+      session_.Open(options_.score, SafeFileName(options_.score.string()));
       Refresh();
     });
     Route();
@@ -363,9 +373,7 @@ void PageServer::Open(const Json& body, httplib::Response& res) {
   const Json& data = body.value("data", Json());
   if (!name.is_string() || !data.is_string())
     return Refuse(res, 400, "give the file's name and its bytes in base64");
-  std::string fileName = fs::path(name.get<std::string>()).filename().string();
-  if (fileName.empty() || fileName.size() > 255)
-    fileName = "score.musicxml";
+  std::string fileName = SafeFileName(name.get<std::string>());
   std::optional<std::string> bytes = DecodeBase64(data.get_ref<const std::string&>());
   if (!bytes)
     return Refuse(res, 400, "the file's bytes are not base64");
