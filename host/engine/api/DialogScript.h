@@ -58,7 +58,7 @@ struct DialogControl {
   bool visible = true;
 };
 
-// What an interactive source (a terminal UI) sees before it picks the next action.
+// What an interactive source (the terminal, the web page) sees before it picks the next action.
 struct DialogView {
   int16_t resource = 0;
   std::string title; // the localised title; "" when the resource names none
