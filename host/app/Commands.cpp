@@ -90,7 +90,8 @@ void CheckOutput(const SubdivideRequest& request) {
                                          folder.string() + " is not writable");
 }
 
-// What the last options dialog came to: accepted with OK, or cancelled.
+} // namespace
+
 bool DialogAccepted(const engine::Engine& engine) {
   const auto& history = engine.DialogHistory();
   if (history.empty())
@@ -103,8 +104,6 @@ bool DialogAccepted(const engine::Engine& engine) {
       return it->item == dialog_items::kOK;
   return false;
 }
-
-} // namespace
 
 fs::path DefaultEngineBundle() {
   // The bundle of the engine image this program runs with.
@@ -146,13 +145,7 @@ int RunSubdivide(const SubdivideRequest& request, std::ostream& err) {
     bridge.Load(score, engine.document(), progress.Callback());
   }
 
-  EREGION region{};
-  region.startStaff = static_cast<int16_t>(staves.first);
-  region.endStaff = static_cast<int16_t>(staves.last);
-  region.startMeasure = static_cast<int16_t>(measures.first);
-  region.endMeasure = static_cast<int16_t>(measures.last);
-  region.startPosition = 0;
-  region.endPosition = 0x7FFFFFFF;
+  EREGION region = MeasureRegion(measures, staves);
   engine.SetSelection(region);
 
   if (request.interactive)

@@ -9,6 +9,10 @@
 
 #include "DialogActions.h"
 
+namespace scribo::engine {
+class Engine;
+}
+
 namespace scribo::host {
 
 struct SubdivideRequest {
@@ -26,6 +30,9 @@ struct SubdivideRequest {
 int RunSubdivide(const SubdivideRequest& request, std::ostream& err);
 int RunInfo(const std::filesystem::path& input, std::ostream& out, std::ostream& err);
 int RunMenu(const std::filesystem::path& plugin, std::ostream& out);
+
+// What the last options dialog came to: true when it was accepted with OK.
+bool DialogAccepted(const engine::Engine& engine);
 
 // The engine bundle this program is linked with, and the plug-in built beside the program.
 std::filesystem::path DefaultEngineBundle();

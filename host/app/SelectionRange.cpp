@@ -25,4 +25,15 @@ std::optional<NumberRange> ParseRange(std::string_view text) {
   return NumberRange{*first, *last};
 }
 
+EREGION MeasureRegion(NumberRange measures, NumberRange staves) {
+  EREGION region{};
+  region.startStaff = static_cast<int16_t>(staves.first);
+  region.endStaff = static_cast<int16_t>(staves.last);
+  region.startMeasure = static_cast<int16_t>(measures.first);
+  region.endMeasure = static_cast<int16_t>(measures.last);
+  region.startPosition = 0;
+  region.endPosition = 0x7FFFFFFF; // to the end of the last measure
+  return region;
+}
+
 } // namespace scribo::host

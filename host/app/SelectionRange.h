@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "EREGION.h"
+
 namespace scribo::host {
 
 struct NumberRange {
@@ -13,5 +15,8 @@ struct NumberRange {
 
 // Nullopt for text that is not "N" or "A-B" with 1 <= A <= B.
 std::optional<NumberRange> ParseRange(std::string_view text);
+
+// The region of whole measures `measures` of staves `staves`, as the host selects it.
+EREGION MeasureRegion(NumberRange measures, NumberRange staves);
 
 } // namespace scribo::host

@@ -7,6 +7,7 @@
 #include "Commands.h"
 #include "HostError.h"
 #include "ScoreError.h"
+#include "ServeCommand.h"
 
 using namespace scribo::host;
 
@@ -74,6 +75,9 @@ int main(int argc, char** argv) {
   menu->add_option("--plugin", menuPlugin,
                    "Plug-in bundle (default: SubdivideNotes.bundle beside this program)");
 
+  scribo::web::ServeOptions serveOptions;
+  auto* serve = AddServeCommand(app, serveOptions);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& e) {
@@ -109,6 +113,8 @@ int main(int argc, char** argv) {
       return RunInfo(infoInput, std::cout, std::cerr);
     if (*menu)
       return RunMenu(menuPlugin, std::cout);
+    if (*serve)
+      return RunServe(serveOptions);
   } catch (const HostError& e) {
     std::cerr << "scribo-host: " << e.what() << "\n";
     return e.exitCode();

@@ -23,6 +23,7 @@
 
 #include "AlertLog.h"
 #include "EngineApi.h"
+#include "WindowSystem.h"
 
 namespace scribo::engine {
 
@@ -57,9 +58,11 @@ struct DialogControl {
   bool visible = true;
 };
 
-// What an interactive source (a terminal UI) sees before it picks the next action.
+// What an interactive source (the terminal, the web page) sees before it picks the next action.
 struct DialogView {
   int16_t resource = 0;
+  std::string title; // the localised title; "" when the resource names none
+  ScreenRect frame;  // the dialog window's frame on the simulated screen
   std::vector<DialogControl> controls;
   int16_t focus = 0;               // item that has the focus; 0: none
   std::vector<AlertRecord> alerts; // raised since the dialog opened, oldest first

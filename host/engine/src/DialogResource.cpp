@@ -36,7 +36,7 @@ std::nullopt_t Malformed(const std::filesystem::path& file, const std::string& w
 } // namespace
 
 std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle,
-                                                             int resource) {
+                                                             int resource, std::string* title) {
   namespace fs = std::filesystem;
   fs::path file =
       fs::path(bundle) / "Contents" / "Resources" / "Dialogs" / (std::to_string(resource) + ".xml");
@@ -50,6 +50,11 @@ std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& 
   pugi::xml_node dialog = doc.child("dialog");
   if (!dialog)
     return Malformed(file, "no <dialog> element");
+  if (title) {
+    std::string key = dialog.attribute("title").value();
+    auto text = key.empty() ? std::nullopt : LocalizedString(bundle, key);
+    *title = text ? *text : key;
+  }
   std::vector<DialogControl> controls;
   std::set<int> seen;
   for (pugi::xml_node item : dialog.children("item")) {

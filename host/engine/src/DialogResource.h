@@ -12,9 +12,10 @@
 
 namespace scribo::engine {
 
-// The controls of the resource, labels localised, values 0, texts empty. Nullopt (and a
-// message on standard error for a malformed file) when the resource cannot be used.
-std::optional<std::vector<DialogControl>> LoadDialogResource(const std::string& bundle,
-                                                             int resource);
+// The controls of the resource, labels localised, values 0, texts empty; `title`, when given,
+// receives the localised title. Nullopt (and a message on standard error for a malformed file)
+// when the resource cannot be used.
+std::optional<std::vector<DialogControl>>
+LoadDialogResource(const std::string& bundle, int resource, std::string* title = nullptr);
 
 } // namespace scribo::engine

@@ -14,6 +14,7 @@ namespace scribo::engine {
 struct DialogWindow {
   int16_t resource = 0;
   std::string bundle; // the plug-in bundle whose resource and strings it uses
+  std::string title;  // localised
   std::vector<DialogControl> controls;
   int16_t focus = 0;
   bool ended = false;

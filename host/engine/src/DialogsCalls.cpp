@@ -44,6 +44,9 @@ void SetFieldText(DialogControl& c, std::string text) {
 DialogView ViewOf(const EngineState& s, const DialogWindow& d) {
   DialogView view;
   view.resource = d.resource;
+  view.title = d.title;
+  if (auto frame = s.windowData.windows.find(&d); frame != s.windowData.windows.end())
+    view.frame = frame->second;
   view.controls = d.controls;
   view.focus = d.focus;
   if (d.firstAlert < s.alerts.size())
@@ -151,7 +154,8 @@ SX_EXPORT intptr_t SX_Dialog(int resource, SF_DialogHandlerUPP handler, OpaqueCo
   auto bundle = EnclosingBundle(reinterpret_cast<const void*>(handler));
   if (!bundle)
     return 0;
-  auto controls = LoadDialogResource(*bundle, resource);
+  std::string title;
+  auto controls = LoadDialogResource(*bundle, resource, &title);
   if (!controls)
     return 0;
   auto* d = new (std::nothrow) DialogWindow;
@@ -159,6 +163,7 @@ SX_EXPORT intptr_t SX_Dialog(int resource, SF_DialogHandlerUPP handler, OpaqueCo
     return 0;
   d->resource = int16_t(resource);
   d->bundle = *bundle;
+  d->title = std::move(title);
   d->controls = std::move(*controls);
   d->firstAlert = s.alerts.size();
   d->record.resource = d->resource;
