@@ -101,6 +101,7 @@ public:
 
   // --- Alerts --------------------------------------------------------------------------------
   const std::vector<AlertRecord>& Alerts() const;
+  void ClearAlerts();
   void SetAlertEcho(bool toStandardError); // default true
 
   // --- Counters and failure switches for tests ---------------------------------------------

@@ -159,6 +159,9 @@ const std::vector<DialogRecord>& Engine::DialogHistory() const {
 const std::vector<AlertRecord>& Engine::Alerts() const {
   return state_->alerts;
 }
+void Engine::ClearAlerts() {
+  state_->alerts.clear();
+}
 void Engine::SetAlertEcho(bool toStandardError) {
   state_->alertEcho = toStandardError;
 }
