@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "RecordTags.h"
+
 // How a row's value travels between the other record's words and the preference field.
 enum : int32_t {
   kPrefMapPlain = 0,     // 2 bytes: the word as it is
@@ -38,6 +40,18 @@ static_assert(offsetof(tPrefMapRow, word) == 10);
 static_assert(offsetof(tPrefMapRow, size) == 12);
 static_assert(offsetof(tPrefMapRow, pad) == 14);
 static_assert(offsetof(tPrefMapRow, kind) == 16);
+
+// The tag of the row's other record: "ot" followed by its code.
+constexpr uint32_t RowOtherTag(const tPrefMapRow& row) {
+  const char tag[5] = {'o', 't', row.code[0], row.code[1], 0};
+  return FourCharTag(tag);
+}
+
+// Whether two rows read and write the same other record (tag and keys as stored).
+constexpr bool SameOtherRecord(const tPrefMapRow& a, const tPrefMapRow& b) {
+  return a.code[0] == b.code[0] && a.code[1] == b.code[1] && a.owner == b.owner &&
+         a.index == b.index;
+}
 
 // The tables, writable because their done marks change while a load or save runs.
 extern std::array<tPrefMapRow, 11> EDT2005Prefs_MAP_ARRAY;            // "pf05"

@@ -32,7 +32,8 @@ static_assert(sizeof(sPrefTagRules) / sizeof(sPrefTagRules[0]) == kPrefTagRuleCo
 constexpr bool RulesAreWellFormed() {
   for (int i = 0; i < kPrefTagRuleCount; ++i) {
     const tPrefTagRule& rule = sPrefTagRules[i];
-    if ((rule.tag >> 16) != 0x7066 || (rule.otherTag >> 16) != 0x6F74 || rule.count < 1)
+    if (!SameTagFamily(rule.tag, FourCharTag("pfTP")) ||
+        !SameTagFamily(rule.otherTag, FourCharTag("ot01")) || rule.count < 1)
       return false;
     // A run that starts at number - 1 is one record long; a fixed run needs no number.
     if (rule.firstFromNumber && (rule.count != 1 || rule.numberLimit == kAnyNumber))
