@@ -228,8 +228,7 @@ namespace {
 
 #define SCRIBO_PREF_TABLE(ARRAY, TAG, SOURCE)                                                      \
   tPrefMapTable {                                                                                  \
-#ARRAY, FourCharTag(TAG), ARRAY.data(), static_cast < int16_t>(ARRAY.size()),                  \
-        FieldBytes(SOURCE), FurthestEnd(SOURCE)                                                    \
+    FourCharTag(TAG), ARRAY.data(), static_cast<int16_t>(ARRAY.size()), FurthestEnd(SOURCE)        \
   }
 
 tPrefMapTable sPrefMapTables[kPrefMapTableCount] = {

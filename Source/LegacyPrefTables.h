@@ -67,11 +67,9 @@ extern std::array<tPrefMapRow, 43> EDTSmartShapePrefs_MAP_ARRAY;      // "pfSS"
 
 // A table with the preference tag it serves.
 struct tPrefMapTable {
-  const char* name;    // the array's name, for diagnostics
   uint32_t tag;        // preference tag
   tPrefMapRow* rows;   // the writable rows
   int16_t rowCount;    // rows in `rows`
-  uint32_t fieldBytes; // sum of the rows' sizes
   uint32_t recordSize; // furthest row end: the bytes a caller's buffer must hold
 };
 

@@ -55,10 +55,6 @@ const tPrefTagRule* FindPrefTagRule(uint32_t tag) {
   return nullptr;
 }
 
-const tPrefTagRule* PrefTagRules() {
-  return sPrefTagRules;
-}
-
 bool mapPrefTag(uint32_t tag, int16_t number, uint32_t* otherTag, int16_t* count, int16_t* first) {
   *otherTag = 0;
   *count = 0;
