@@ -80,7 +80,7 @@ TEST(WithoutEngine, MissingTextMetricsClearTheCallersRecordOnly) {
   sdk.SX_GetTextMetrics_UTF16(nullptr, nullptr, 0, nullptr, kStamp, 12.0); // nothing to clear
 }
 
-TEST(WithoutEngine, CountersCleaningAndTablesStillWork) {
+TEST(WithoutEngine, CountersCleaningAndEditDepthDoNotNeedTheHost) {
   const SdkProbe& sdk = Sdk();
   int32_t& frames = Probe().Exported<int32_t>("LoadedTGFCounter");
   const int32_t before = frames;

@@ -145,16 +145,6 @@ RECORDING_HOST_EXPORT void RecordingHostPutRecord(uint32_t tag, uint16_t key0, u
   S().records[{tag, key0, key1}] = {std::vector<uint8_t>(data, data + size), reportedSize};
 }
 
-RECORDING_HOST_EXPORT int RecordingHostGetRecord(uint32_t tag, uint16_t key0, uint16_t key1,
-                                                 void* out, uint32_t capacity) {
-  auto it = S().records.find({tag, key0, key1});
-  if (it == S().records.end())
-    return -1;
-  const std::vector<uint8_t>& bytes = it->second.bytes;
-  std::copy_n(bytes.begin(), std::min<size_t>(capacity, bytes.size()), static_cast<uint8_t*>(out));
-  return static_cast<int>(bytes.size());
-}
-
 RECORDING_HOST_EXPORT int RecordingHostEDataCalls(RecordedEDataCall* out, int capacity) {
   const std::vector<RecordedEDataCall>& log = S().log;
   std::copy_n(log.begin(), std::min<size_t>(static_cast<size_t>(std::max(capacity, 0)), log.size()),

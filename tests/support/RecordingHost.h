@@ -41,9 +41,6 @@ uint64_t RecordingHostArg(const char* function, int index);
 // A record under (tag, key0, key1) whose loads report `reportedSize` as its size.
 void RecordingHostPutRecord(uint32_t tag, uint16_t key0, uint16_t key1, const void* bytes,
                             uint32_t size, uint32_t reportedSize);
-// Copies the record's bytes into `out` (at most `capacity`); its size, or -1 when there is none.
-int RecordingHostGetRecord(uint32_t tag, uint16_t key0, uint16_t key1, void* out,
-                           uint32_t capacity);
 // Copies up to `capacity` of the logged record calls, oldest first; their number.
 int RecordingHostEDataCalls(RecordedEDataCall* out, int capacity);
 }
@@ -62,7 +59,6 @@ struct Host {
   RECORDING_HOST_FUNCTION(CallCount);
   RECORDING_HOST_FUNCTION(Arg);
   RECORDING_HOST_FUNCTION(PutRecord);
-  RECORDING_HOST_FUNCTION(GetRecord);
   RECORDING_HOST_FUNCTION(EDataCalls);
 #undef RECORDING_HOST_FUNCTION
 
