@@ -8,17 +8,6 @@
 
 namespace {
 
-// What "60" read as before anything changed the formatting state.
-short gLoadStateResult = 1;
-tDiaPitch gLoadStatePitch{};
-struct LoadStateProbe : testing::Environment {
-  void SetUp() override {
-    char text[] = "60";
-    gLoadStateResult = SXUtilParsePitch(text, &gLoadStatePitch);
-  }
-};
-const auto* const gProbe = testing::AddGlobalTestEnvironment(new LoadStateProbe);
-
 std::string Format(short mode, tDiaPitch pitch, short size = 32) {
   EXPECT_EQ(SXUtilSetPitchFormatting(mode), 0);
   char out[64];
@@ -29,8 +18,6 @@ std::string Format(short mode, tDiaPitch pitch, short size = 32) {
 }
 
 TEST(PitchText, ReadsEachStatesTexts) {
-  EXPECT_EQ(gLoadStateResult, 0) << "MIDI numbers at load";
-  EXPECT_EQ(gLoadStatePitch.step + gLoadStatePitch.alteration, 0);
   constexpr short kMidi = kPitchFormatMidi;
   const struct {
     short mode;

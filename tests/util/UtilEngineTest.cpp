@@ -120,6 +120,8 @@ TEST_F(UtilInEngine, PitchTextsFollowTheDocument) {
   prefs[40] = 12; // one octave up: middle C is C5
   ASSERT_TRUE(doc().PutPreference(kTagGeneralPrefs, 0, prefs));
   char out[8];
+  probe->formatPitch({0, 0}, out, sizeof out); // no test before this one sets the state
+  EXPECT_STREQ(out, "60") << "MIDI numbers at load";
   ASSERT_EQ(probe->setPitchFormatting(-32768), 0);
   probe->formatPitch({0, 0}, out, sizeof out);
   EXPECT_STREQ(out, "C5");
