@@ -20,13 +20,6 @@ namespace {
 using namespace wrappercalls;
 constexpr uint32_t kStamp = kScriboHostVersion;
 
-// Rows whose types the host side documents for itself: spot checks of the tables against it.
-static_assert(std::is_same_v<decltype(&SX_LoadTGF), EXTGF2005a* (*)(unsigned short, short, short,
-                                                                    short, short, uint32_t)>);
-static_assert(
-    std::is_same_v<decltype(&SX_AlertMessage),
-                   short (*)(OpaqueCocoaWindow*, unsigned short, int32_t, const char*, uint32_t)>);
-
 // The 64-bit register the host reads for a value of type T. A value narrower than 32 bits is
 // widened by its own signedness; of a 32-bit value only the low half is defined.
 template <class T> uint64_t OnTheWire(T value) {
@@ -46,8 +39,6 @@ template <class T> void CheckArgument(recordinghost::Host& host, const char* nam
       << name << " argument " << i;
 }
 
-// Calls the wrapper twice with the pattern and checks each argument as the host saw it, the
-// result cut to its declared width, and that the name was looked up once.
 // Calls the wrapper twice and checks each argument as the host saw it, the result cut to its
 // declared width, and that the name was looked up once.
 template <class R, class... A, size_t... I>
