@@ -43,8 +43,7 @@ static_assert(offsetof(tPrefMapRow, kind) == 16);
 
 // The tag of the row's other record: "ot" followed by its code.
 constexpr uint32_t RowOtherTag(const tPrefMapRow& row) {
-  const char tag[5] = {'o', 't', row.code[0], row.code[1], 0};
-  return FourCharTag(tag);
+  return OtherRecordTag(row.code[0], row.code[1]);
 }
 
 // Whether two rows read and write the same other record (tag and keys as stored).

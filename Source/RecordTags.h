@@ -13,6 +13,14 @@ constexpr uint32_t FourCharTag(const char (&text)[5]) {
 }
 static_assert(FourCharTag("pfTP") == 0x70665450);
 
+// The tag of an other record: "ot" followed by its two code characters ("21" gives "ot21"; with
+// two zero characters, the family's common part).
+constexpr uint32_t OtherRecordTag(char first, char second) {
+  const char tag[5] = {'o', 't', first, second, 0};
+  return FourCharTag(tag);
+}
+static_assert(OtherRecordTag('2', '1') == FourCharTag("ot21"));
+
 // Whether two tags share their first two characters ("pf" preferences, "ot" other records).
 constexpr bool SameTagFamily(uint32_t tag, uint32_t other) {
   return (tag >> 16) == (other >> 16);
