@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Engine.h"
+#include "HostExports.h"
 #include "ProbeBundle.h"
 #include "probe/SdkProbe.h"
 
@@ -62,13 +63,14 @@ protected:
     doc.AddMeasure();
   }
   long Calls(se::HostCall call) const { return engine.CallCount(call); }
-  void PutOther(Tag tag, uint16_t index, const Words& words) {
-    ASSERT_TRUE(doc.PutOtherRecord(FourCharTag(tag), kDoc, index,
-                                   {reinterpret_cast<const uint8_t*>(words.data()), 12}));
+  // Other records of the document, stored and read the way the host itself keeps them.
+  void PutOther(Tag tag, uint16_t index, Words words) {
+    unsigned short keys[] = {kDoc, index};
+    ASSERT_EQ(::SX_SaveEData(FourCharTag(tag), keys, words.data(), 12, kStamp), 1);
   }
   Words Other(Tag tag, uint16_t index = 0) const {
     Words words{};
-    if (auto bytes = doc.OtherRecord(FourCharTag(tag), kDoc, index))
+    if (auto bytes = doc.Record(FourCharTag(tag), std::array<uint16_t, 2>{kDoc, index}))
       std::memcpy(words.data(), bytes->data(), 12);
     return words;
   }
@@ -186,7 +188,8 @@ TEST_F(SdkInEngine, EndsAndCancelsReachTheHostOnlyForAnOpenEdit) {
   EXPECT_EQ(depth, 2);
   for (int i = 0; i < 3; ++i)
     sdk.SX_CancelScriboEdit(kStamp);
-  EXPECT_EQ(depth + engine.EditDepth() + Calls(se::HostCall::EndScriboEdit), 0);
+  EXPECT_EQ(depth + Calls(se::HostCall::EndScriboEdit), 0);
+  EXPECT_FALSE(engine.EndEdit()) << "the host's edits are closed as well";
   EXPECT_EQ(Calls(se::HostCall::CancelScriboEdit), 2);
 
   const int32_t before = massDepth;
