@@ -16,22 +16,13 @@ struct tOtherRecord {
 };
 static_assert(sizeof(tOtherRecord) == kOtherRecordSize);
 
-uint32_t RowOtherTag(const tPrefMapRow& row) {
-  return OtherRecordTag(row.code[0], row.code[1]);
-}
-
-bool SameOtherRecord(const tPrefMapRow& a, const tPrefMapRow& b) {
-  return a.code[0] == b.code[0] && a.code[1] == b.code[1] && a.owner == b.owner &&
-         a.index == b.index;
-}
-
-// Loads the row's other record into a cleared scratch record; false when the host could not
-// supply it (the scratch record then holds zeros).
-bool LoadOtherRecord(const tPrefMapRow& row, tOtherRecord& scratch) {
+// Loads the row's other record into a cleared scratch record. What the host cannot supply
+// reads as zeros.
+void LoadOtherRecord(const tPrefMapRow& row, tOtherRecord& scratch) {
   scratch = tOtherRecord{};
   unsigned short keys[2] = {row.owner == 0 ? kOtherRecordDocumentOwner : row.owner, row.index};
   uint32_t size = kOtherRecordSize;
-  return SX_LoadEData(RowOtherTag(row), keys, &scratch, &size, kScriboHostVersion) != 0;
+  SX_LoadEData(RowOtherTag(row), keys, &scratch, &size, kScriboHostVersion);
 }
 
 void SaveOtherRecord(const tPrefMapRow& row, tOtherRecord& scratch) {
@@ -139,7 +130,7 @@ short LoadPrefTable(tPrefMapTable& table, void* buffer, uint32_t* size) {
   auto* record = static_cast<unsigned char*>(buffer);
   ForEachGroup(table, [record](const tPrefMapRow& group, auto eachRow) {
     tOtherRecord scratch;
-    LoadOtherRecord(group, scratch); // a failed load leaves zeros, see the header
+    LoadOtherRecord(group, scratch);
     eachRow([&](const tPrefMapRow& row) { StoreField(row, scratch, record); });
   });
   return 1;
@@ -154,10 +145,12 @@ short SavePrefTable(tPrefMapTable& table, const void* buffer, uint32_t size) {
   const auto* record = static_cast<const unsigned char*>(buffer);
   ForEachGroup(table, [record](const tPrefMapRow& group, auto eachRow) {
     tOtherRecord scratch;
-    const bool loaded = LoadOtherRecord(group, scratch);
+    LoadOtherRecord(group, scratch);
     bool changed = false;
     eachRow([&](const tPrefMapRow& row) { changed = FoldField(row, record, scratch) || changed; });
-    if (changed && loaded)
+    // Also when the load failed: the scratch record then holds zeros besides the changed
+    // fields, and dropping the change would lose it while the save reports success.
+    if (changed)
       SaveOtherRecord(group, scratch);
   });
   return 1;

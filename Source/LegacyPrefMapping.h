@@ -7,9 +7,9 @@
 //
 // An other record that fails to load: the scratch record is cleared before every load, so
 // a record the host cannot supply reads as six zero words. A table load gives its fields the
-// values of zero words (0, or 1 for an inverted flag) and still succeeds; a table save never
-// writes back an other record that it could not read, because its unmapped words would be
-// lost, and still succeeds.
+// values of zero words (0, or 1 for an inverted flag) and still succeeds; a table save whose
+// fields differ from those zero words writes the record back (its unmapped words as zeros), so
+// no change is dropped while the save reports success.
 //
 // Thread: host's main thread; the done marks of a table make it usable by one call at a time.
 // Re-entry through the inner loads and saves is safe: "ot" tags never reach a table.
@@ -27,5 +27,6 @@ short LoadPrefTable(tPrefMapTable& table, void* buffer, uint32_t* size);
 
 // Table save. Returns 0, storing nothing, when `buffer` is null or `size` is below the table's
 // record size. Otherwise writes back each other record one of whose fields differs from what
-// the host holds (records whose fields all match are not written) and returns 1.
+// the host holds or could not supply (records whose fields all match are not written) and
+// returns 1.
 short SavePrefTable(tPrefMapTable& table, const void* buffer, uint32_t size);

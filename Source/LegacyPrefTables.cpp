@@ -37,11 +37,6 @@ template <size_t N> constexpr uint32_t FurthestEnd(const std::array<tPrefMapRow,
   return end;
 }
 
-constexpr bool SameOtherRecord(const tPrefMapRow& a, const tPrefMapRow& b) {
-  return a.code[0] == b.code[0] && a.code[1] == b.code[1] && a.owner == b.owner &&
-         a.index == b.index;
-}
-
 // Every row must be one the table method can run: a known kind for its size, whole words
 // inside the other record, an even field offset, no field overlapping another, no word of an
 // other record feeding two fields (a save would have to store two values into it).
@@ -233,8 +228,7 @@ namespace {
 
 #define SCRIBO_PREF_TABLE(ARRAY, TAG, SOURCE)                                                      \
   tPrefMapTable {                                                                                  \
-#ARRAY, FourCharTag(TAG), ARRAY.data(), static_cast < int16_t>(ARRAY.size()),                  \
-        FieldBytes(SOURCE), FurthestEnd(SOURCE)                                                    \
+    FourCharTag(TAG), ARRAY.data(), static_cast<int16_t>(ARRAY.size()), FurthestEnd(SOURCE)        \
   }
 
 tPrefMapTable sPrefMapTables[kPrefMapTableCount] = {

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "RecordTags.h"
+
 // How a row's value travels between the other record's words and the preference field.
 enum : int32_t {
   kPrefMapPlain = 0,     // 2 bytes: the word as it is
@@ -39,6 +41,17 @@ static_assert(offsetof(tPrefMapRow, size) == 12);
 static_assert(offsetof(tPrefMapRow, pad) == 14);
 static_assert(offsetof(tPrefMapRow, kind) == 16);
 
+// The tag of the row's other record: "ot" followed by its code.
+constexpr uint32_t RowOtherTag(const tPrefMapRow& row) {
+  return OtherRecordTag(row.code[0], row.code[1]);
+}
+
+// Whether two rows read and write the same other record (tag and keys as stored).
+constexpr bool SameOtherRecord(const tPrefMapRow& a, const tPrefMapRow& b) {
+  return a.code[0] == b.code[0] && a.code[1] == b.code[1] && a.owner == b.owner &&
+         a.index == b.index;
+}
+
 // The tables, writable because their done marks change while a load or save runs.
 extern std::array<tPrefMapRow, 11> EDT2005Prefs_MAP_ARRAY;            // "pf05"
 extern std::array<tPrefMapRow, 36> EDTDistancePrefs_MAP_ARRAY;        // "pfDP"
@@ -53,11 +66,9 @@ extern std::array<tPrefMapRow, 43> EDTSmartShapePrefs_MAP_ARRAY;      // "pfSS"
 
 // A table with the preference tag it serves.
 struct tPrefMapTable {
-  const char* name;    // the array's name, for diagnostics
   uint32_t tag;        // preference tag
   tPrefMapRow* rows;   // the writable rows
   int16_t rowCount;    // rows in `rows`
-  uint32_t fieldBytes; // sum of the rows' sizes
   uint32_t recordSize; // furthest row end: the bytes a caller's buffer must hold
 };
 

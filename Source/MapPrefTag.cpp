@@ -32,7 +32,8 @@ static_assert(sizeof(sPrefTagRules) / sizeof(sPrefTagRules[0]) == kPrefTagRuleCo
 constexpr bool RulesAreWellFormed() {
   for (int i = 0; i < kPrefTagRuleCount; ++i) {
     const tPrefTagRule& rule = sPrefTagRules[i];
-    if ((rule.tag >> 16) != 0x7066 || (rule.otherTag >> 16) != 0x6F74 || rule.count < 1)
+    if (!SameTagFamily(rule.tag, FourCharTag("pfTP")) ||
+        !SameTagFamily(rule.otherTag, FourCharTag("ot01")) || rule.count < 1)
       return false;
     // A run that starts at number - 1 is one record long; a fixed run needs no number.
     if (rule.firstFromNumber && (rule.count != 1 || rule.numberLimit == kAnyNumber))
@@ -52,10 +53,6 @@ const tPrefTagRule* FindPrefTagRule(uint32_t tag) {
     if (rule.tag == tag)
       return &rule;
   return nullptr;
-}
-
-const tPrefTagRule* PrefTagRules() {
-  return sPrefTagRules;
 }
 
 bool mapPrefTag(uint32_t tag, int16_t number, uint32_t* otherTag, int16_t* count, int16_t* first) {

@@ -21,9 +21,6 @@ constexpr int kPrefTagRuleCount = 18;
 // The rule for `tag`, or null when the tag is not kept as a run of other records.
 const tPrefTagRule* FindPrefTagRule(uint32_t tag);
 
-// All rules, kPrefTagRuleCount of them.
-const tPrefTagRule* PrefTagRules();
-
 // Sets all three outputs to 0, then:
 //  - for a rule's tag with an accepted `number`: fills the outputs and returns true;
 //  - for a rule's tag with a number outside its range: returns false (the caller fails without

@@ -13,12 +13,18 @@ constexpr uint32_t FourCharTag(const char (&text)[5]) {
 }
 static_assert(FourCharTag("pfTP") == 0x70665450);
 
-// The tag of an other record: "ot" followed by its two code characters ("21" gives "ot21").
+// The tag of an other record: "ot" followed by its two code characters ("21" gives "ot21"; with
+// two zero characters, the family's common part).
 constexpr uint32_t OtherRecordTag(char first, char second) {
-  return 0x6F740000u | (static_cast<uint32_t>(static_cast<unsigned char>(first)) << 8) |
-         static_cast<uint32_t>(static_cast<unsigned char>(second));
+  const char tag[5] = {'o', 't', first, second, 0};
+  return FourCharTag(tag);
 }
 static_assert(OtherRecordTag('2', '1') == FourCharTag("ot21"));
+
+// Whether two tags share their first two characters ("pf" preferences, "ot" other records).
+constexpr bool SameTagFamily(uint32_t tag, uint32_t other) {
+  return (tag >> 16) == (other >> 16);
+}
 
 // Other records: six 16-bit words, keyed by {owner, index}.
 constexpr uint32_t kOtherRecordSize = 12;
@@ -26,7 +32,8 @@ constexpr int kOtherRecordWords = 6;
 // The owner key that stands for "the document" where a mapping names owner 0.
 constexpr uint16_t kOtherRecordDocumentOwner = 65534;
 
-// The fret-instrument record EDTFretInstrument25_3: 252 bytes, tag 0x4F156649.
+// The fret-instrument record EDTFretInstrument25_3: 252 bytes. Its tag's bytes are not four
+// printable characters.
 constexpr uint32_t kFretInstrumentTag = 0x4F156649;
 constexpr uint32_t kFretInstrumentRecordSize = 252;
 

@@ -5,7 +5,6 @@ CFBundleRef gScriboBundle = nullptr;
 #ifndef SCRIBO_ENGINE_BUNDLE_ID
 #error "SCRIBO_ENGINE_BUNDLE_ID must name the host engine's bundle identifier"
 #endif
-const char kScriboEngineBundleID[] = SCRIBO_ENGINE_BUNDLE_ID;
 
 short InitializeGlobals() {
   if (gScriboBundle)

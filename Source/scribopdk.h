@@ -13,9 +13,6 @@
 // The host engine bundle, null until InitializeGlobals succeeds; never released or cleared.
 extern CFBundleRef gScriboBundle;
 
-// The engine bundle's identifier, a build constant.
-extern const char kScriboEngineBundleID[];
-
 // Finds the host engine bundle once: 0 on success (also when it was already found), -1 when
 // neither the engine nor the main bundle could be had.
 short InitializeGlobals();

@@ -3,10 +3,16 @@
 #include "SDKCounters.h"
 #include "scribopdk.h"
 
-// Exported under the plain name "main"; the asm label keeps C++'s rules for the program's main
+// The assembler name of a C symbol: the platform's prefix for C names (an underscore on the
+// original platform, none on Linux) and the name, so a by-name lookup of "main" finds it.
+#define SCRIBO_STRINGIFY_(x) #x
+#define SCRIBO_STRINGIFY(x) SCRIBO_STRINGIFY_(x)
+#define SCRIBO_C_SYMBOL(name) SCRIBO_STRINGIFY(__USER_LABEL_PREFIX__) name
+
+// Exported as the C function "main"; the asm label keeps C++'s rules for the program's main
 // function out of a shared object's entry point.
 extern "C" __attribute__((visibility("default"))) int
-ScriboBundleMain(int token, void* context) __asm__("main");
+ScriboBundleMain(int token, void* context) __asm__(SCRIBO_C_SYMBOL("main"));
 
 int ScriboBundleMain(int token, void* context) {
   return ScriboPluginMain(token, context);

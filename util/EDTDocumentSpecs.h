@@ -8,11 +8,13 @@
 #include <cstddef>
 #include <cstdint>
 
-// Record tags: four characters, the first in the most significant byte.
-constexpr uint32_t kTagMeasureSpec = 0x534f4d53; // "SOMS", keys {measure, 0}
-constexpr uint32_t kTagStaffSpec = 0x534f4953;   // "SOIS", keys {staff, 0}
-constexpr uint32_t kTagGroupSpec = 0x53444e47;   // "SDNG", keys {first key, second key, 0}
-constexpr uint32_t kTagPageSpec = 0x534f5053;    // "SOPS", keys {page, 0}
+#include "RecordTags.h"
+
+// Record tags and their key lists.
+constexpr uint32_t kTagMeasureSpec = FourCharTag("SOMS"); // keys {measure, 0}
+constexpr uint32_t kTagStaffSpec = FourCharTag("SOIS");   // keys {staff, 0}
+constexpr uint32_t kTagGroupSpec = FourCharTag("SDNG");   // keys {first key, second key, 0}
+constexpr uint32_t kTagPageSpec = FourCharTag("SOPS");    // keys {page, 0}
 
 #pragma pack(push, 2)
 

@@ -7,7 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 
-constexpr uint32_t kTagGeneralPrefs = 0x70666770; // "pfgp", keys {0}
+#include "RecordTags.h"
+
+constexpr uint32_t kTagGeneralPrefs = FourCharTag("pfgp"); // keys {0}
 
 #pragma pack(push, 2)
 

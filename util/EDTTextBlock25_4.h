@@ -7,11 +7,12 @@
 #include <cstddef>
 #include <cstdint>
 
-constexpr uint32_t kTagTextBlock = 0x534f5458; // "SOTX", keys {block, 0}
+#include "RecordTags.h"
+
+constexpr uint32_t kTagTextBlock = FourCharTag("SOTX"); // keys {block, 0}
 // A raw text: the block's characters as UTF-16 units without a terminator, keys {text, 0}; its
 // size in bytes varies and is reported by a load without a buffer.
-constexpr uint32_t kTagRawText = 0x7478626c; // "txbl"
-
+constexpr uint32_t kTagRawText = FourCharTag("txbl");
 #pragma pack(push, 2)
 
 // Text block, 30 bytes.

@@ -10,25 +10,24 @@
 #include "NotationTypes.h"
 
 struct UtilProbeTable {
-  int (*getKeySig)(short measure, short* keySig);
-  int (*getTimeSig)(short measure, tTimeSig* timeSig);
-  int (*getStaffTrans)(short staff, short* staffTrans);
-  int (*putKeySig)(short measure, short keySig); // through SXUtilPutMeasureSpec
-  long (*getStaffName)(short staff, uint16_t* name, int nameSize);
-  int (*isEmptyMeasure)(short source, short staff, short measure);
+  bool (*getKeySig)(short measure, short* keySig);
+  bool (*getTimeSig)(short measure, tTimeSig* timeSig);
+  bool (*getStaffTrans)(short staff, short* staffTrans);
+  short (*putKeySig)(short measure, short keySig); // through SXUtilPutMeasureSpec
+  long (*getStaffName)(short staff, short which, unsigned short* name, int nameSize);
+  bool (*isEmptyMeasure)(short source, short staff, short measure);
   short (*countSlots)(short set);
   short (*setPitchFormatting)(short mode);
   void (*formatPitch)(tDiaPitch pitch, char* out, short outSize);
-  void (*absToStaff)(tDiaPitch* pitch, short staffTrans, short keySig);
   short (*getRegions)(EREGION* first, EREGION* second);
   short (*calcJobSize)(EREGION* region, short flags);
   // One progress job at a time, kept in the probe; the clock is the test's.
   void (*setClock)(int64_t (*nowNs)());
   void (*progressStart)(unsigned short total);
-  int (*progressUpdate)(unsigned short done);
+  bool (*progressUpdate)(unsigned short done);
   void (*progressEnd)(short status);
-  int (*cancelRequested)();
-  const int32_t* loadedFrames; // the SDK's LoadedTGFCounter
+  bool (*cancelRequested)();
+  bool (*keyIsDown)(char keyCode);
 };
 
 using UtilProbeTableFn = const UtilProbeTable* (*)();
