@@ -2,7 +2,7 @@
 #   include/scribo/              binding layer, host-function tables, record layouts, text layer
 #   include/scribo/util/         notation utilities
 #   include/scribo/platform/     the CoreFoundation, window-system and keyboard stand-ins (not on macOS)
-#   lib/libscribo_*.a            the static libraries; lib/scribo-objects/ the bundles' `main`
+#   lib/libscribo_*.a            the static libraries; libscribo_entry.a holds `main` and the entry points
 #   lib/cmake/ScriboPDK/         find_package(ScriboPDK): ScriboPDK::sdk, scribopdk_add_plugin()
 #   lib/pkgconfig/scribopdk.pc   the same for pkg-config users
 include(GNUInstallDirs)
@@ -21,12 +21,11 @@ endif()
 add_library(scribo_sdk INTERFACE)
 target_link_libraries(scribo_sdk INTERFACE ${sdk_components})
 set_target_properties(scribo_sdk PROPERTIES EXPORT_NAME sdk)
-set_target_properties(scribo_bundle_main PROPERTIES EXPORT_NAME bundle_main)
+set_target_properties(scribo_entry PROPERTIES EXPORT_NAME entry)
 
-install(TARGETS scribo_sdk ${sdk_components} ${sdk_private_parts} scribo_bundle_main
+install(TARGETS scribo_sdk ${sdk_components} ${sdk_private_parts} scribo_entry
   EXPORT ScriboPDKTargets COMPONENT sdk
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  OBJECTS DESTINATION ${CMAKE_INSTALL_LIBDIR}/scribo-objects)
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 set(inc ${CMAKE_INSTALL_INCLUDEDIR}/scribo)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Source/ DESTINATION ${inc} COMPONENT sdk
