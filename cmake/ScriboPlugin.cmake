@@ -10,6 +10,7 @@
 # PROBE builds a test or benchmark image instead: everything declared with default visibility
 # stays exported (probe functions a test calls by name), and no entry points are linked.
 set(SCRIBO_PLUGIN_EXPORTS ${CMAKE_CURRENT_LIST_DIR}/ScriboPlugin.exports)
+set(SCRIBO_PLUGIN_TEST_DRIVER ${CMAKE_CURRENT_LIST_DIR}/RunPluginTest.cmake)
 
 function(scribopdk_add_plugin target)
   cmake_parse_arguments(P "PROBE" "NAME;IDENTIFIER;DEVELOPMENT_REGION;OUTPUT_DIR" "SOURCES;RESOURCES;LIBS" ${ARGN})
@@ -42,4 +43,46 @@ function(scribopdk_add_plugin target)
   endif()
   scribo_bundle(TARGET ${target} NAME ${P_NAME} IDENTIFIER ${P_IDENTIFIER}
                 DEVELOPMENT_REGION ${P_DEVELOPMENT_REGION} OUTPUT_DIR ${P_OUTPUT_DIR} RESOURCES ${P_RESOURCES})
+endfunction()
+
+# scribopdk_add_plugin_test(<name> PLUGIN <plug-in target> SCORE <score>
+#                           [MEASURES <A-B>] [STAVES <A-B>] [ACTIONS <command>...]
+#                           [ALERTS <text>...] [EXPECT <score>])
+#
+# Registers the test <name>: the reference host (scribo-host run) loads the plug-in, selects
+# MEASURES (by the numbers printed in SCORE) of STAVES (counted from the top), both everything
+# when not given, invokes the plug-in's menu item, and answers its dialogs with ACTIONS, the
+# commands of scribo-host's terminal dialog ("13" clicks item 13, "14 3" types 3 into item 14,
+# "ok"); without ACTIONS every dialog is cancelled. The test passes when the plug-in ran, raised
+# exactly the ALERTS in order (as the user reads them), and turned SCORE into exactly the score
+# file EXPECT, or, without EXPECT, left it unchanged.
+function(scribopdk_add_plugin_test name)
+  cmake_parse_arguments(T "" "PLUGIN;SCORE;MEASURES;STAVES;EXPECT" "ACTIONS;ALERTS" ${ARGN})
+  if(NOT T_PLUGIN OR NOT T_SCORE)
+    message(FATAL_ERROR "scribopdk_add_plugin_test needs PLUGIN and SCORE")
+  endif()
+  if(TARGET ScriboPDK::scribo-host)
+    set(host ScriboPDK::scribo-host)
+  else()
+    set(host scribo-host)
+  endif()
+  get_filename_component(score ${T_SCORE} ABSOLUTE)
+  set(expect "")
+  if(T_EXPECT)
+    get_filename_component(expect ${T_EXPECT} ABSOLUTE)
+  endif()
+  string(JOIN "\n" actions ${T_ACTIONS})
+  string(JOIN "\n" alerts ${T_ALERTS})
+  set(config ${CMAKE_CURRENT_BINARY_DIR}/${name}.plugin-test.cmake)
+  file(GENERATE OUTPUT ${config} CONTENT "set(HOST [==[$<TARGET_FILE:${host}>]==])
+set(PLUGIN [==[$<TARGET_PROPERTY:${T_PLUGIN},SCRIBO_BUNDLE_DIR>]==])
+set(SCORE [==[${score}]==])
+set(MEASURES [==[${T_MEASURES}]==])
+set(STAVES [==[${T_STAVES}]==])
+set(ACTIONS [==[${actions}]==])
+set(ALERTS [==[${alerts}]==])
+set(EXPECT [==[${expect}]==])
+set(OUTPUT [==[${CMAKE_CURRENT_BINARY_DIR}/${name}.result.musicxml]==])
+")
+  add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -DCONFIG=${config} -P ${SCRIBO_PLUGIN_TEST_DRIVER})
 endfunction()
