@@ -37,6 +37,7 @@ constexpr const char* kHelp =
 constexpr size_t kButtonsPerLine = 4;
 
 struct Command {
+  // The verbs from OK on take no item.
   enum class Verb : uint8_t { None, Use, Type, Click, Toggle, OK, Cancel, Show, Help };
   Verb verb = Verb::None;
   int16_t item = 0;
@@ -92,7 +93,7 @@ Command Parse(std::string_view line) {
     return command;
   }
   command.verb = verb->second;
-  if (command.verb >= Command::Verb::OK)
+  if (command.verb >= Command::Verb::OK) // needs no item
     return command;
   auto [itemWord, text] = SplitWord(rest);
   auto item = ItemNumber(itemWord);
