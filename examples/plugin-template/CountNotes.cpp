@@ -1,17 +1,15 @@
 // CountNotes: a minimal command on the SDK. It counts the note entries of the selection and
 // reports the count, with the name of the selection's first staff, in an alert.
 //
-// What a plug-in provides: the six entry points with C linkage (and their Ext_ aliases), exported
-// by scribopdk_add_plugin. Everything else comes from the SDK: SX_ host calls (HostFunctions.h),
-// localised strings (portable.h), UTF-16 text (sx_string.h) and record accessors (SXUtilRecords.h).
+// What a plug-in provides: its menu texts and its command (and, when it has dialogs, their
+// set-up in PluginInitialize), declared in ScriboExtension.h. The SDK supplies `main` and the
+// entry points the host calls, the SX_ host calls (HostFunctions.h), localised strings
+// (portable.h), UTF-16 text (sx_string.h) and record accessors (SXUtilRecords.h).
 #include "HostFunctions.h"
 #include "SXUtilRecords.h"
+#include "ScriboExtension.h"
 #include "portable.h"
 #include "sx_string.h"
-
-#include <cstring>
-
-#define PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace {
 
@@ -48,33 +46,11 @@ int CountNoteEntries(const EREGION& region) {
 
 } // namespace
 
-PLUGIN_EXPORT uint32_t ScriboExtensionVersion() {
-  return kScriboHostVersion;
-}
+// Table 1 of Resources/<lang>.lproj/Localizable.strings, indexes 1 to 3.
+const int32_t kPluginMenuTexts[3] = {StringID(1, 1), StringID(1, 2), StringID(1, 3)};
 
-PLUGIN_EXPORT int ScriboExtensionInit(void*, uint32_t* reserved) {
-  *reserved = 0;
-  return 1;
-}
-
-// The menu record: three 128-unit UTF-16 texts and the value 1.
-struct MenuRecord {
-  unsigned short texts[3][128];
-  uint32_t one;
-};
-static_assert(sizeof(MenuRecord) == 772);
-
-PLUGIN_EXPORT int ScriboExtensionEnumerate_UTF16(void*, short index, MenuRecord* menu) {
-  if (index > 0)
-    return 0;
-  for (int i = 0; i < 3; ++i)
-    PlugIn_GetStringResource(StringID(1, i + 1), menu->texts[i], 128);
-  menu->one = 1;
-  return 1;
-}
-
-PLUGIN_EXPORT int ScriboExtensionInvoke(OpaqueCocoaWindow*, short item, EREGION* region) {
-  if (item != 0 || !region)
+int PluginCommand(OpaqueCocoaWindow*, EREGION* region) {
+  if (!region)
     return 0;
   const int notes = CountNoteEntries(*region);
 
@@ -89,28 +65,4 @@ PLUGIN_EXPORT int ScriboExtensionInvoke(OpaqueCocoaWindow*, short item, EREGION*
   CFRelease(name);
   SX_AlertMessage_UTF16(nullptr, kAlertPlain, 0, message, kScriboHostVersion);
   return 0; // the document is unchanged
-}
-
-PLUGIN_EXPORT void ScriboExtensionTerminate() {}
-PLUGIN_EXPORT int ScriboExtensionGetMenuStatus() {
-  return 1;
-}
-
-PLUGIN_EXPORT uint32_t Ext_getversion() {
-  return ScriboExtensionVersion();
-}
-PLUGIN_EXPORT int Ext_init(void* a, uint32_t* b) {
-  return ScriboExtensionInit(a, b);
-}
-PLUGIN_EXPORT int Ext_enumerate_UTF16(void* a, short b, MenuRecord* c) {
-  return ScriboExtensionEnumerate_UTF16(a, b, c);
-}
-PLUGIN_EXPORT int Ext_invoke(OpaqueCocoaWindow* a, short b, EREGION* c) {
-  return ScriboExtensionInvoke(a, b, c);
-}
-PLUGIN_EXPORT void Ext_terminate() {
-  ScriboExtensionTerminate();
-}
-PLUGIN_EXPORT int Ext_getmenustatus() {
-  return ScriboExtensionGetMenuStatus();
 }

@@ -58,25 +58,39 @@ private:
   int reported_ = 0;
 };
 
-NumberRange RangeOption(const std::optional<std::string>& text, const char* option, int count,
-                        const char* what) {
-  if (!text)
-    return {1, count};
-  auto range = ParseRange(*text);
-  if (!range)
-    throw HostError(kExitUsage, std::string(option) + " " + *text +
-                                    ": give a range such as 2-5 (or a single number)");
-  if (range->last > count)
-    throw HostError(kExitScoreError, std::string(option) + " " + *text + ": the score has " +
-                                         std::to_string(count) + " " + what);
-  return *range;
+bool IsStandardStream(const fs::path& path) {
+  return path == "-";
+}
+
+std::string OutputName(const fs::path& output) {
+  return IsStandardStream(output) ? "standard output" : output.string();
+}
+
+musicxml::ImportedScore ReadInput(const fs::path& input, std::ostream& err) {
+  musicxml::ImportedScore imported =
+      musicxml::ReadScoreFile(IsStandardStream(input) ? fs::path("/dev/stdin") : input);
+  for (const auto& notice : imported.source.notices)
+    err << "scribo-host: " << notice << "\n";
+  return imported;
+}
+
+void WriteOutput(const musicxml::MusicXmlSource& source, const fs::path& output) {
+  if (!IsStandardStream(output)) {
+    musicxml::WriteScoreFile(source, output);
+    return;
+  }
+  std::string text = musicxml::SerializeScore(source);
+  std::cout.write(text.data(), static_cast<std::streamsize>(text.size())).flush();
+  if (!std::cout)
+    throw musicxml::ScoreError("cannot write the score to standard output");
 }
 
 // Refuses an output that would replace the input, or that cannot be written, before the work.
-void CheckOutput(const SubdivideRequest& request) {
+void CheckOutput(const fs::path& input, const fs::path& output, bool inPlace) {
+  if (IsStandardStream(output))
+    return;
   std::error_code ec;
-  fs::path output = request.inPlace ? request.input : request.output;
-  if (!request.inPlace && fs::exists(output, ec) && fs::equivalent(output, request.input, ec))
+  if (!inPlace && fs::exists(output, ec) && fs::equivalent(output, input, ec))
     throw HostError(kExitUsage, "the output " + output.string() +
                                     " is the input; pass --in-place to overwrite it");
   if (fs::is_directory(output, ec))
@@ -90,19 +104,158 @@ void CheckOutput(const SubdivideRequest& request) {
                                          folder.string() + " is not writable");
 }
 
+EREGION Selection(const Score& score, const InvokeRequest& request) {
+  int measureCount = static_cast<int>(score.measures.size());
+  int staffCount = static_cast<int>(score.staves.size());
+  NumberRange measures{1, measureCount};
+  if (request.measures)
+    measures = MeasureRange(score, *request.measures, "--measures");
+  NumberRange staves{1, staffCount};
+  if (request.staves) {
+    auto range = ParseRange(*request.staves);
+    if (!range)
+      throw HostError(kExitUsage, "--staves " + *request.staves +
+                                      ": give a range such as 2-5 (or a single number)");
+    if (range->last > staffCount)
+      throw HostError(kExitScoreError, "--staves " + *request.staves + ": the score has " +
+                                           Counted(staffCount, "staff", "staves"));
+    staves = *range;
+  }
+  return MeasureRegion(measures, staves);
+}
+
+std::optional<engine::DialogAction> NoMoreActions(const engine::DialogView&) {
+  return std::nullopt;
+}
+
+// One invocation of a plug-in's menu command on a score's selection.
+struct Invocation {
+  int result = 0;      // what ScriboExtensionInvoke returned
+  std::string command; // the menu item's text
+  Score edited;        // the engine's document read back
+  musicxml::ExportSummary summary;
+};
+
+// Loads the engine and the plug-in, moves the score into the engine, invokes the command with
+// the dialogs answered by `dialogs`, prints the alerts the user has not seen yet, and applies
+// the document the command left to the score's source tree.
+Invocation InvokeOnScore(const InvokeRequest& request, musicxml::ImportedScore& imported,
+                         engine::DialogActionSource dialogs, bool quiet, std::ostream& err) {
+  Score& score = imported.score;
+  EREGION region = Selection(score, request);
+  PluginHost host;
+  host.Load(DefaultEngineBundle(), request.plugin.empty() ? DefaultPluginBundle() : request.plugin);
+  Invocation run;
+  run.command = host.Menu().first;
+
+  engine::Engine& engine = engine::Engine::Instance();
+  engine.Reset();
+  engine.SetAlertEcho(false);
+  engine.SetProgressDisplay(quiet ? engine::ProgressDisplay::Off
+                                  : engine::ProgressDisplay::Terminal);
+  bool showProgress = !quiet && static_cast<long>(score.frames.size()) >= kProgressThreshold;
+  EngineBridge bridge;
+  {
+    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
+    bridge.Load(score, engine.document(), progress.Callback());
+  }
+  engine.SetSelection(region);
+  engine.SetInteractiveDialogs(std::move(dialogs));
+
+  run.result = host.Invoke(region);
+
+  for (const auto& alert : engine.Alerts())
+    if (!request.interactive || alert.dialog == 0) // a dialog in the terminal showed its own
+      err << alert.resolved << "\n";
+  {
+    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
+    run.edited = bridge.Read(score, engine.document(), progress.Callback());
+  }
+  run.summary = musicxml::ApplyScore(imported.source, run.edited);
+  return run;
+}
+
+enum class DialogOutcome { Accepted, Rejected, Cancelled };
+
+// How the last dialog ended: accepted with OK, OK pressed last and refused by the plug-in, or
+// cancelled (also when OK was refused and the user then pressed Cancel).
+DialogOutcome LastDialogOutcome(const engine::Engine& engine) {
+  const auto& history = engine.DialogHistory();
+  if (history.empty())
+    return DialogOutcome::Cancelled;
+  const auto& record = history.back();
+  std::vector<long> pressed;
+  for (const auto& message : record.messages)
+    if (message.message == kDialogMessageAction)
+      pressed.push_back(message.item);
+  if (record.end != engine::DialogEnd::ByHandler && !pressed.empty())
+    pressed.pop_back(); // the host's own Cancel when the actions ran out
+  if (pressed.empty() || pressed.back() != dialog_items::kOK)
+    return DialogOutcome::Cancelled;
+  return record.end == engine::DialogEnd::ByHandler ? DialogOutcome::Accepted
+                                                    : DialogOutcome::Rejected;
+}
+
+struct SplitCounts {
+  long entries = 0;  // entries split into runs
+  long measures = 0; // measures holding one, counted once whatever the staves
+  long tied = 0;     // split entries whose first part keeps a tie to the next part
+};
+
+// A split entry keeps its source and is followed by the new entries of its run.
+SplitCounts CountSplits(const Score& edited) {
+  SplitCounts counts;
+  for (size_t m = 0; m < edited.measures.size(); ++m) {
+    long before = counts.entries;
+    for (size_t s = 0; s < edited.staves.size(); ++s)
+      for (int l = 0; l < musicxml::kLayerCount; ++l) {
+        const auto& entries = edited.At(static_cast<int>(s), static_cast<int>(m), l).entries;
+        for (size_t i = 0; i + 1 < entries.size(); ++i) {
+          if (entries[i].source < 0 || entries[i + 1].source >= 0)
+            continue;
+          ++counts.entries;
+          for (const auto& pitch : entries[i].pitches)
+            if (pitch.tieStart) {
+              ++counts.tied;
+              break;
+            }
+        }
+      }
+    counts.measures += counts.entries > before ? 1 : 0;
+  }
+  return counts;
+}
+
+// "0 (position 1), 1-7 (positions 2-8), 7a (position 9)": each measure's printed number and its
+// place in the score, runs of consecutive numbers together.
+std::string MeasureList(const Score& score) {
+  auto numeric = [](const std::string& text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos &&
+           text.size() < 9;
+  };
+  std::string list;
+  int count = static_cast<int>(score.measures.size());
+  for (int first = 0; first < count;) {
+    int last = first;
+    while (last + 1 < count && numeric(MeasureNumber(score, last)) &&
+           numeric(MeasureNumber(score, last + 1)) &&
+           std::stoi(MeasureNumber(score, last + 1)) == std::stoi(MeasureNumber(score, last)) + 1)
+      ++last;
+    list += list.empty() ? "" : ", ";
+    if (first == last)
+      list += MeasureNumber(score, first) + " (position " + std::to_string(first + 1) + ")";
+    else
+      list += MeasureNumber(score, first) + "-" + MeasureNumber(score, last) + " (positions " +
+              std::to_string(first + 1) + "-" + std::to_string(last + 1) + ")";
+    first = last + 1;
+  }
+  return list;
+}
+
 } // namespace
 
 bool DialogAccepted(const engine::Engine& engine) {
-  const auto& history = engine.DialogHistory();
-  if (history.empty())
-    return false;
-  const auto& record = history.back();
-  if (record.end != engine::DialogEnd::ByHandler)
-    return false;
-  for (auto it = record.messages.rbegin(); it != record.messages.rend(); ++it)
-    if (it->message == kDialogMessageAction)
-      return it->item == dialog_items::kOK;
-  return false;
+  return LastDialogOutcome(engine) == DialogOutcome::Accepted;
 }
 
 fs::path DefaultEngineBundle() {
@@ -119,87 +272,87 @@ fs::path DefaultPluginBundle() {
 }
 
 int RunSubdivide(const SubdivideRequest& request, std::ostream& err) {
-  CheckOutput(request);
-  musicxml::ImportedScore imported = musicxml::ReadScoreFile(request.input);
-  for (const auto& notice : imported.source.notices)
-    err << "scribo-host: " << notice << "\n";
-  Score& score = imported.score;
-  NumberRange measures = RangeOption(request.measures, "--measures",
-                                     static_cast<int>(score.measures.size()), "measures");
-  NumberRange staves =
-      RangeOption(request.staves, "--staves", static_cast<int>(score.staves.size()), "staves");
-
-  PluginHost host;
-  host.Load(DefaultEngineBundle(), request.plugin.empty() ? DefaultPluginBundle() : request.plugin);
-
-  engine::Engine& engine = engine::Engine::Instance();
-  engine.Reset();
-  engine.SetAlertEcho(false);
-  engine.SetProgressDisplay(request.quiet ? engine::ProgressDisplay::Off
-                                          : engine::ProgressDisplay::Terminal);
-  long frames = static_cast<long>(score.frames.size());
-  bool showProgress = !request.quiet && frames >= kProgressThreshold;
-  EngineBridge bridge;
-  {
-    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
-    bridge.Load(score, engine.document(), progress.Callback());
-  }
-
-  EREGION region = MeasureRegion(measures, staves);
-  engine.SetSelection(region);
-
-  if (request.interactive)
-    engine.SetInteractiveDialogs(TerminalDialogSource(std::cin, err));
-  else
-    engine.QueueDialogScript(BuildDialogScript(request.options));
-
-  int changed = host.Invoke(region);
-
-  bool rejected = false;
-  for (const auto& alert : engine.Alerts()) {
-    err << alert.resolved << "\n";
-    rejected = rejected || alert.kind == kAlertRejected;
-  }
-  if (!changed) {
-    if (!DialogAccepted(engine)) {
-      throw HostError(kExitRejected, rejected
-                                         ? "the plug-in rejected the options; nothing was written"
-                                         : "the options dialog was cancelled; nothing was written");
-    }
-    if (!request.quiet)
-      err << "scribo-host: nothing in the selection was subdivided\n";
-  }
-
-  Score edited;
-  {
-    HostProgress progress(static_cast<int>(score.measures.size()), showProgress);
-    edited = bridge.Read(score, engine.document(), progress.Callback());
-  }
-  musicxml::ExportSummary summary = musicxml::ApplyScore(imported.source, edited);
   fs::path output = request.inPlace ? request.input : request.output;
-  musicxml::WriteScoreFile(imported.source, output);
-  if (!request.quiet) {
-    err << "scribo-host: " << summary.splitEntries << " entries subdivided in "
-        << summary.changedMeasures << " measures; wrote " << output.string() << "\n";
-    if (summary.inexactNotes > 0)
-      err << "scribo-host: " << summary.inexactNotes
-          << " notes have durations no note value shows exactly (a run without a tuplet "
-             "record); their type is the next shorter value and their time is exact\n";
+  CheckOutput(request.input, output, request.inPlace);
+  musicxml::ImportedScore imported = ReadInput(request.input, err);
+
+  engine::DialogActionSource dialogs =
+      request.interactive
+          ? StartingWith(OptionActions(request.options), TerminalDialogSource(std::cin, err))
+          : StartingWith(BuildDialogScript(request.options), NoMoreActions);
+  Invocation run = InvokeOnScore(request, imported, std::move(dialogs), request.quiet, err);
+  if (!run.result) {
+    DialogOutcome outcome = LastDialogOutcome(engine::Engine::Instance());
+    if (outcome == DialogOutcome::Rejected)
+      throw HostError(kExitRejected, "the plug-in rejected the options; nothing was written");
+    if (outcome == DialogOutcome::Cancelled)
+      throw HostError(kExitRejected, "the options dialog was cancelled; nothing was written");
   }
+
+  WriteOutput(imported.source, output);
+  if (request.quiet)
+    return kExitOk;
+  SplitCounts counts = CountSplits(run.edited);
+  if (counts.entries == 0)
+    err << "scribo-host: nothing in the selection was subdivided";
+  else
+    err << "scribo-host: " << Counted(counts.entries, "entry", "entries") << " subdivided in "
+        << Counted(counts.measures, "measure", "measures");
+  err << "; wrote " << OutputName(output) << "\n";
+  if (counts.tied > 0)
+    err << "scribo-host: "
+        << (counts.tied == 1 ? "1 tied note was split: its first part stays tied"
+                             : std::to_string(counts.tied) +
+                                   " tied notes were split: their first part stays tied")
+        << "\n";
+  if (run.summary.inexactNotes > 0)
+    err << "scribo-host: " << run.summary.inexactNotes
+        << " notes have durations no note value shows exactly (a run without a tuplet "
+           "record); their type is the next shorter value and their time is exact\n";
+  return kExitOk;
+}
+
+int RunPlugin(const RunRequest& request, std::ostream& err) {
+  if (!request.output.empty())
+    CheckOutput(request.input, request.output, false);
+  musicxml::ImportedScore imported = ReadInput(request.input, err);
+  engine::DialogActionSource dialogs = NoMoreActions;
+  if (request.interactive)
+    dialogs = TerminalDialogSource(std::cin, err);
+  else if (request.actions)
+    dialogs = ScriptedDialogSource(*request.actions, err);
+
+  std::string before = musicxml::SerializeScore(imported.source);
+  Invocation run = InvokeOnScore(request, imported, std::move(dialogs), false, err);
+  bool changed = musicxml::SerializeScore(imported.source) != before;
+
+  if (changed && !request.output.empty())
+    WriteOutput(imported.source, request.output);
+  err << "scribo-host: \"" << run.command << "\" returned " << run.result << " and ";
+  if (!changed)
+    err << "left the score unchanged; nothing written\n";
+  else if (request.output.empty())
+    err << "changed the score; give -o OUTPUT to write it\n";
+  else
+    err << "changed the score; wrote " << OutputName(request.output) << "\n";
   return kExitOk;
 }
 
 int RunInfo(const fs::path& input, std::ostream& out, std::ostream& err) {
-  musicxml::ImportedScore imported = musicxml::ReadScoreFile(input);
-  for (const auto& notice : imported.source.notices)
-    err << "scribo-host: " << notice << "\n";
+  musicxml::ImportedScore imported = ReadInput(input, err);
   engine::Engine& engine = engine::Engine::Instance();
   engine.Reset();
   EngineBridge bridge;
   bridge.Load(imported.score, engine.document());
   Score score = bridge.Read(imported.score, engine.document());
-  out << input.string() << "\n";
-  out << "staves: " << score.staves.size() << ", measures: " << score.measures.size() << "\n";
+  long entries = 0;
+  for (const auto& frame : score.frames)
+    entries += static_cast<long>(frame.entries.size());
+  out << (IsStandardStream(input) ? "standard input" : input.string()) << "\n";
+  out << Counted(static_cast<long>(score.staves.size()), "staff", "staves") << ", "
+      << Counted(entries, "entry", "entries") << " in "
+      << Counted(static_cast<long>(score.measures.size()), "measure", "measures") << "\n";
+  out << "measures: " << MeasureList(score) << "\n";
   for (size_t s = 0; s < score.staves.size(); ++s) {
     const auto& staff = score.staves[s];
     out << "staff " << s + 1 << ": " << staff.name;
@@ -215,8 +368,9 @@ int RunInfo(const fs::path& input, std::ostream& out, std::ostream& err) {
         }
       if (notes + rests == 0)
         continue;
-      out << "  layer " << l + 1 << ": " << notes + rests << " entries (" << notes << " notes, "
-          << rests << " rests), " << tuplets << " tuplets\n";
+      out << "  layer " << l + 1 << ": " << Counted(notes + rests, "entry", "entries") << " ("
+          << Counted(notes, "note", "notes") << ", " << Counted(rests, "rest", "rests") << "), "
+          << Counted(tuplets, "tuplet", "tuplets") << "\n";
     }
   }
   for (size_t s = 0; s < score.staves.size(); ++s)
@@ -224,7 +378,7 @@ int RunInfo(const fs::path& input, std::ostream& out, std::ostream& err) {
       for (int l = 0; l < musicxml::kLayerCount; ++l)
         for (const auto& e : score.At(static_cast<int>(s), static_cast<int>(m), l).entries) {
           for (const auto& t : e.tuplets)
-            out << "tuplet: staff " << s + 1 << ", measure " << score.measures[m].number
+            out << "tuplet: staff " << s + 1 << ", measure " << MeasureNumber(score, int(m))
                 << ", layer " << l + 1 << ", position " << e.position << ": " << t.tupletNumber
                 << " x " << t.tupletUnit << " in the time of " << t.referenceNumber << " x "
                 << t.referenceUnit << " TDU\n";

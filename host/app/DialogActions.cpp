@@ -9,7 +9,12 @@ using namespace dialog_items;
 
 namespace {
 
-void AddDuration(engine::DialogScript& script, const musicxml::DurationText& duration,
+// The range the dialog accepts for the minimum and the maximum: the shortest note is 1 TDU,
+// the longest a breve. "--max" alone has no lower bound, "--min" alone no upper bound.
+constexpr const char* kShortestBound = "1";
+constexpr const char* kLongestBound = "8192";
+
+void AddDuration(engine::DialogScript& script, const DurationText& duration,
                  const DurationGroup& group) {
   if (duration.paletteIndex >= 0) {
     script.push_back(
@@ -23,16 +28,18 @@ void AddDuration(engine::DialogScript& script, const musicxml::DurationText& dur
 
 } // namespace
 
-engine::DialogScript BuildDialogScript(const SubdivideOptions& options) {
+engine::DialogScript OptionActions(const SubdivideOptions& options) {
   engine::DialogScript script;
   if (options.minimum || options.maximum) {
     script.push_back(DialogAction::Click(kDurationRange));
     if (options.minimum)
       AddDuration(script, *options.minimum, kMinimumGroup);
+    else
+      script.push_back(DialogAction::TypeText(kMinimumField, kShortestBound));
     if (options.maximum)
       AddDuration(script, *options.maximum, kMaximumGroup);
-  } else {
-    script.push_back(DialogAction::Click(kAllDurations));
+    else
+      script.push_back(DialogAction::TypeText(kMaximumField, kLongestBound));
   }
   if (options.divisions) {
     script.push_back(DialogAction::Click(kByDivisions));
@@ -41,6 +48,11 @@ engine::DialogScript BuildDialogScript(const SubdivideOptions& options) {
     script.push_back(DialogAction::Click(kByTarget));
     AddDuration(script, *options.target, kTargetGroup);
   }
+  return script;
+}
+
+engine::DialogScript BuildDialogScript(const SubdivideOptions& options) {
+  engine::DialogScript script = OptionActions(options);
   script.push_back(DialogAction::Click(kOK));
   return script;
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Records.h"
+#include "SelectionRange.h"
 #include "TextCodec.h"
 
 namespace scribo::host {
@@ -13,15 +14,6 @@ using musicxml::Entry;
 using musicxml::Frame;
 using musicxml::kLayerCount;
 using musicxml::Score;
-
-namespace {
-
-std::string MeasureName(const Score& score, int m) {
-  const std::string& number = score.measures[m].number;
-  return number.empty() ? std::to_string(m + 1) : number;
-}
-
-} // namespace
 
 engine::TimeSignature EngineTimeSignature(int beats, int beatType, int32_t measureLength) {
   if (beats <= 0 || beatType <= 0) {
@@ -85,7 +77,8 @@ void EngineBridge::Load(Score& score, engine::Document& document, const MeasureP
           uint32_t number = document.AddEntry(address, spec);
           if (number == 0)
             throw std::runtime_error("the engine refused an entry of staff " +
-                                     std::to_string(s + 1) + ", measure " + MeasureName(score, m));
+                                     std::to_string(s + 1) + ", measure " +
+                                     MeasureNumber(score, m));
           e.entryNumber = number;
           sourceOf_[number] = e.source;
           for (size_t k = 0; k < e.tuplets.size(); ++k) {

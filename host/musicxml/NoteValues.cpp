@@ -1,7 +1,6 @@
 #include "NoteValues.h"
 
 #include <array>
-#include <charconv>
 
 namespace scribo::musicxml {
 
@@ -26,9 +25,6 @@ constexpr std::array<TypeRow, 13> kTypes{{{"long", 16384},
                                           {"256th", 16},
                                           {"512th", 8},
                                           {"1024th", 4}}};
-
-// Palette values in button order: breve first, 64th last.
-constexpr std::array<int32_t, 8> kPalette{8192, 4096, 2048, 1024, 512, 256, 128, 64};
 
 } // namespace
 
@@ -64,32 +60,6 @@ ShownValue ShowNotated(int32_t tdu) {
     }
   }
   return best;
-}
-
-std::optional<DurationText> ParseDurationText(std::string_view text) {
-  if (text.empty())
-    return std::nullopt;
-  int32_t number = 0;
-  auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (ec == std::errc() && end == text.data() + text.size())
-    return DurationText{number, -1, false};
-
-  DurationText result;
-  constexpr std::string_view kDotted = "dotted-";
-  if (text.starts_with(kDotted)) {
-    result.dotted = true;
-    text.remove_prefix(kDotted.size());
-  }
-  if (text == "8th")
-    text = "eighth";
-  int32_t base = NoteTypeTDU(text);
-  if (base == 0)
-    return std::nullopt;
-  result.tdu = result.dotted ? DottedTDU(base, 1) : base;
-  for (size_t i = 0; i < kPalette.size(); ++i)
-    if (kPalette[i] == base)
-      result.paletteIndex = static_cast<int>(i);
-  return result;
 }
 
 } // namespace scribo::musicxml

@@ -1,5 +1,4 @@
-// Note values: MusicXML's type names, their lengths in TDU (quarter = 1024), dots, and the
-// duration texts that users type on the command line.
+// Note values: MusicXML's type names, their lengths in TDU (quarter = 1024) and dots.
 #pragma once
 
 #include <cstdint>
@@ -28,15 +27,5 @@ struct ShownValue {
   bool exact = false;
 };
 ShownValue ShowNotated(int32_t tdu);
-
-// A duration typed by a user: a TDU number ("768") or a note name ("quarter", "dotted-eighth",
-// "16th"). `paletteIndex` is the position of a named value among the eight palette values
-// breve (0) .. 64th (7), or -1 for a number or a name outside the palette.
-struct DurationText {
-  int32_t tdu = 0;
-  int paletteIndex = -1;
-  bool dotted = false;
-};
-std::optional<DurationText> ParseDurationText(std::string_view text);
 
 } // namespace scribo::musicxml

@@ -27,23 +27,6 @@ TEST(NoteValues, NotatedDurationsShowAsTypeAndDots) {
   }
 }
 
-TEST(NoteValues, DurationTextsAreNumbersOrNoteNames) {
-  const std::pair<const char*, DurationText> cases[] = {
-      {"768", {768, -1, false}},   {"quarter", {1024, 3, false}}, {"dotted-eighth", {768, 4, true}},
-      {"breve", {8192, 0, false}}, {"64th", {64, 7, false}},      {"8th", {512, 4, false}},
-      {"128th", {32, -1, false}}, // outside the palettes: typed as a number
-  };
-  for (const auto& [text, expected] : cases) {
-    auto parsed = ParseDurationText(text);
-    ASSERT_TRUE(parsed) << text;
-    EXPECT_EQ(parsed->tdu, expected.tdu) << text;
-    EXPECT_EQ(parsed->paletteIndex, expected.paletteIndex) << text;
-    EXPECT_EQ(parsed->dotted, expected.dotted) << text;
-  }
-  for (const char* text : {"banana", "dotted-", "12x", ""})
-    EXPECT_FALSE(ParseDurationText(text)) << text;
-}
-
 TEST(NoteValues, DecimalsAreExact) {
   EXPECT_EQ(ParseDecimal("1.5"), Rational(3, 2));
   EXPECT_EQ(ParseDecimal(" 12 "), Rational(12));

@@ -12,9 +12,9 @@ constexpr int kMenuTextUnits = 128; // UTF-16 code units per text, terminator in
 
 #pragma pack(push, 2)
 struct tExtensionMenuRecord {
-  uint16_t text1[kMenuTextUnits]; // localised string 20000,1
-  uint16_t text2[kMenuTextUnits]; // localised string 20000,2
-  uint16_t text3[kMenuTextUnits]; // localised string 20000,3
+  uint16_t text1[kMenuTextUnits]; // the menu item's first localised text
+  uint16_t text2[kMenuTextUnits]; // its second
+  uint16_t text3[kMenuTextUnits]; // its third
   uint32_t itemValue;             // always 1
 };
 #pragma pack(pop)
@@ -25,8 +25,4 @@ static_assert(offsetof(tExtensionMenuRecord, text2) == 256);
 static_assert(offsetof(tExtensionMenuRecord, text3) == 512);
 static_assert(offsetof(tExtensionMenuRecord, itemValue) == 768);
 
-// Identifiers of the three texts: table 20000, indexes 1 to 3.
-constexpr int kMenuText1ID = 0x4E200001;
-constexpr int kMenuText2ID = 0x4E200002;
-constexpr int kMenuText3ID = 0x4E200003;
 constexpr uint32_t kMenuItemValue = 1;

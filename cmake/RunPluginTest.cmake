@@ -1,0 +1,41 @@
+# One test registered by scribopdk_add_plugin_test:
+#   cmake -DCONFIG=<name>.plugin-test.cmake -P RunPluginTest.cmake
+# runs the plug-in in the reference host and compares what it did with what the test expects.
+include(${CONFIG})
+
+set(args run ${SCORE} --plugin ${PLUGIN} -o ${OUTPUT})
+if(MEASURES)
+  list(APPEND args --measures ${MEASURES})
+endif()
+if(STAVES)
+  list(APPEND args --staves ${STAVES})
+endif()
+if(NOT ACTIONS STREQUAL "")
+  list(APPEND args --actions "${ACTIONS}")
+endif()
+file(REMOVE ${OUTPUT})
+execute_process(COMMAND ${HOST} ${args} RESULT_VARIABLE code ERROR_VARIABLE said)
+if(NOT code EQUAL 0)
+  message(FATAL_ERROR "the reference host did not run the plug-in (exit status ${code}):\n${said}")
+endif()
+
+# The plug-in's alerts: every line the host prints that is not its own.
+string(REGEX REPLACE "scribo-host: [^\n]*\n" "" alerts "${said}")
+if(NOT ALERTS STREQUAL "")
+  string(APPEND ALERTS "\n")
+endif()
+if(NOT alerts STREQUAL ALERTS)
+  message(FATAL_ERROR "the plug-in's alerts were\n${alerts}instead of\n${ALERTS}")
+endif()
+
+if(EXPECT)
+  if(NOT EXISTS ${OUTPUT})
+    message(FATAL_ERROR "the plug-in left the score unchanged instead of giving ${EXPECT}:\n${said}")
+  endif()
+  execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${OUTPUT} ${EXPECT} RESULT_VARIABLE differs)
+  if(differs)
+    message(FATAL_ERROR "the plug-in's result ${OUTPUT} is not ${EXPECT}")
+  endif()
+elseif(EXISTS ${OUTPUT})
+  message(FATAL_ERROR "the plug-in changed the score (the result is in ${OUTPUT}):\n${said}")
+endif()
