@@ -64,8 +64,18 @@ class TupletClock {
 public:
   // The place of `e`, which begins `begun` tuplets; advances past it.
   Fraction PlaceOf(const EXENTRY& e, std::span<const EDTTuplet> begun) {
-    if (open_.empty())
+    // Inside a tuplet a stored position is the exact place rounded down, less at most 1 TDU for
+    // each entry since the tuplet began. Any other (a gap the tuplet does not account for)
+    // stands as it is, and so does everything after it.
+    __int128 position = e.position;
+    if (!open_.empty() &&
+        (position * now_.den > now_.num || (position + walked_ + 1) * now_.den <= now_.num))
+      open_.clear();
+    if (open_.empty()) {
       now_ = Fraction{e.position, 1};
+      walked_ = 0;
+    }
+    ++walked_;
     for (const EDTTuplet& t : begun) {
       int64_t span = int64_t(t.tupletNumber) * t.tupletUnit;
       int64_t time = int64_t(t.referenceNumber) * t.referenceUnit;
@@ -98,6 +108,7 @@ public:
 private:
   std::vector<OpenTuplet> open_;
   Fraction now_;
+  int64_t walked_ = 0; // entries placed since the outermost tuplet began
 };
 
 void CloseGroup(std::vector<BeamRole>& roles, const std::vector<size_t>& group) {
