@@ -48,7 +48,24 @@ const GoldenCase kCases[] = {
      "--divisions 2",
      {},
      Kept("voices beyond the fourth of a staff", "staff 1 voice 5")},
-};
+    // Six eighths in the time of a half note are beamed by beat, 3+3.
+    {"half-in-six", "--divisions 6", {}},
+    // Every copy of a drum note keeps the instrument it plays, chord notes too.
+    {"percussion", "--divisions 2", {}},
+    // Tied cue notes keep only drawn ties; directions placed by offset stay where they were when
+    // the divisions grow, and the unselected measure after them states its own.
+    {"cue-ties-and-offsets", "--divisions 3 --measures 1-2", {}},
+    // Notes the engine cannot hold are written back untouched; the rest is split.
+    {"zero-duration", "--divisions 2", {}, Kept("notes of duration 0", "measure 1 of part P1")},
+    {"overfull",
+     "--divisions 2",
+     {},
+     Kept("notes that end past their measure's time signature", "measure 1 of part P1")},
+    {"maxima",
+     "--divisions 2",
+     {},
+     Kept("notes longer than the engine's longest notated value (32767 TDU; a maxima is 32768)",
+          "measure 1 of part P1")}};
 
 std::string MeasureText(const fs::path& file, const char* number) {
   pugi::xml_document doc;
