@@ -139,40 +139,50 @@ void PlanPieces(const SourceGroup& group, Segment& segment) {
   }
 }
 
-void ScaleChild(pugi::xml_node parent, const char* name, int64_t factor) {
-  for (auto child : parent.children(name))
-    child.text().set(FormatDecimal(ParseDecimal(child.child_value()) * Rational(factor)).c_str());
+// Attributes whose values are in divisions: a note's attack and release, a grace note's stolen
+// time, the bend release's offset, the curve offsets of slurs and ties, and the divisions a
+// sound or barline states for its segno or coda.
+bool IsDivisionsAttribute(std::string_view name) {
+  return name == "attack" || name == "release" || name == "make-time" || name == "offset" ||
+         name == "bezier-offset" || name == "bezier-offset2" || name == "divisions";
 }
 
-// Multiplies every duration-like value of the measure by `factor`: divisions, note and
-// backup/forward durations, offsets of directions and sounds, attack and release.
-void ScaleMeasure(pugi::xml_node measure, int64_t factor) {
-  for (auto child : measure.children()) {
+void ScaleText(pugi::xml_node element, int64_t factor) {
+  element.text().set(FormatDecimal(ParseDecimal(element.child_value()) * Rational(factor)).c_str());
+}
+
+// Multiplies every value in divisions under `node` by `factor`: <divisions>, the durations of
+// notes, backups, forwards and figured bass, the offsets of directions, harmony, sounds and
+// listening, and the attributes above.
+void ScaleDivisions(pugi::xml_node node, int64_t factor) {
+  for (auto attribute : node.attributes())
+    if (IsDivisionsAttribute(attribute.name()))
+      attribute.set_value(
+          FormatDecimal(ParseDecimal(attribute.value()) * Rational(factor)).c_str());
+  for (auto child : node.children()) {
     if (child.type() != pugi::node_element)
       continue;
-    if (std::string_view(child.name()) == "attributes") {
-      ScaleChild(child, "divisions", factor);
-      continue;
-    }
-    ScaleChild(child, "duration", factor);
-    ScaleChild(child, "offset", factor);
-    for (const char* attribute : {"attack", "release"})
-      if (auto a = child.attribute(attribute))
-        a.set_value(FormatDecimal(ParseDecimal(a.value()) * Rational(factor)).c_str());
+    std::string_view name = child.name();
+    if (name == "duration" || name == "offset" || name == "divisions")
+      ScaleText(child, factor);
+    else
+      ScaleDivisions(child, factor);
   }
 }
 
-bool IsTimedElement(std::string_view name) {
-  return name == "note" || name == "backup" || name == "forward";
+// Elements whose place or length in time is read in the divisions in force where they stand.
+bool IsTimedElement(pugi::xml_node element) {
+  std::string_view name = element.name();
+  return name == "note" || name == "backup" || name == "forward" || element.child("offset") ||
+         element.child("duration");
 }
 
 // The <divisions> that applies to the measure's first timed element, when the measure sets it.
 pugi::xml_node LeadingDivisions(pugi::xml_node measure) {
   for (auto child : measure.children()) {
-    std::string_view name = child.name();
-    if (IsTimedElement(name))
+    if (IsTimedElement(child))
       return {};
-    if (name == "attributes")
+    if (std::string_view(child.name()) == "attributes")
       if (auto d = child.child("divisions"))
         return d;
   }
@@ -184,12 +194,11 @@ void SetLeadingDivisions(pugi::xml_node measure, const Rational& value) {
   pugi::xml_node attributes;
   pugi::xml_node firstTimed;
   for (auto child : measure.children()) {
-    std::string_view name = child.name();
-    if (IsTimedElement(name)) {
+    if (IsTimedElement(child)) {
       firstTimed = child;
       break;
     }
-    if (name == "attributes" && !attributes)
+    if (std::string_view(child.name()) == "attributes" && !attributes)
       attributes = child;
   }
   if (!attributes)
@@ -224,13 +233,15 @@ void WritePitch(pugi::xml_node note, const Pitch& pitch) {
   p.append_child("octave").text().set(octave);
 }
 
+// A cue note does not sound, so it carries only the drawn tie (<tied>), never <tie>.
 void WriteTies(pugi::xml_node note, bool stop, bool start) {
   RemoveChildren(note, "tie");
   for (auto notations : note.children("notations"))
     RemoveChildren(notations, "tied");
-  if (stop)
+  bool sounding = !note.child("cue");
+  if (stop && sounding)
     InsertNoteChild(note, "tie").append_attribute("type") = "stop";
-  if (start)
+  if (start && sounding)
     InsertNoteChild(note, "tie").append_attribute("type") = "start";
   if (stop)
     NotationsOf(note).append_child("tied").append_attribute("type") = "stop";
@@ -254,7 +265,7 @@ bool HasPitch(const Entry* e, const Pitch& p, bool wantTieEnd, bool wantTieStart
 void StripCopy(pugi::xml_node note) {
   for (const char* name : {"lyric", "notations", "accidental", "tie", "beam", "footnote", "level"})
     RemoveChildren(note, name);
-  RemoveAttributeDeep(note, "id");
+  RemoveUniqueIds(note);
 }
 
 class MeasureWriter {
@@ -272,7 +283,7 @@ public:
     const SourceGroup& any = FirstGroup(edit);
     pugi::xml_node measure = source_.parts[any.part].measures[any.measure];
     if (edit.scale != 1)
-      ScaleMeasure(measure, edit.scale);
+      ScaleDivisions(measure, edit.scale);
     for (auto& frame : edit.frames) {
       for (auto& segment : frame.segments)
         WriteSegment(frame, segment, edit.scale);
@@ -351,8 +362,12 @@ private:
           if (j >= group.imported.pitches.size() || group.imported.pitches[j].step != p.step ||
               group.imported.pitches[j].alteration != p.alteration)
             WritePitch(note, p);
+          // A tie that left the source note leaves the run's last note, whether or not the
+          // note it reaches is one the engine holds.
+          bool tiedOn =
+              i + 1 == n && j < group.imported.pitches.size() && group.imported.pitches[j].tieStart;
           bool stop = p.tieEnd || HasPitch(previous, p, false, true);
-          bool start = p.tieStart || HasPitch(next, p, true, false);
+          bool start = p.tieStart || tiedOn || HasPitch(next, p, true, false);
           WriteTies(note, stop, start);
         }
       }

@@ -77,6 +77,33 @@ int32_t TupletPartUnit(const pugi::xml_node& part) {
   return base ? DottedTDU(base, CountDots(part, "tuplet-dot")) : 0;
 }
 
+// Notes the import keeps out of the engine, so that they are written back exactly as they were
+// and never subdivided, grouped by why: one notice per reason, listing where.
+class KeptNotes {
+public:
+  void Add(const std::string& reason, const std::string& where) {
+    auto it = std::find_if(reasons_.begin(), reasons_.end(),
+                           [&](const auto& r) { return r.first == reason; });
+    if (it == reasons_.end())
+      it = reasons_.insert(reasons_.end(), {reason, {}});
+    if (seen_.insert(reason + '\n' + where).second)
+      it->second.push_back(where);
+  }
+
+  void Report(std::vector<std::string>& notices) const {
+    for (const auto& [reason, places] : reasons_) {
+      std::string list;
+      for (const auto& place : places)
+        list += (list.empty() ? "" : ", ") + place;
+      notices.push_back(reason + " are kept as they are and never subdivided: " + list);
+    }
+  }
+
+private:
+  std::vector<std::pair<std::string, std::vector<std::string>>> reasons_;
+  std::set<std::string> seen_;
+};
+
 // Per part and voice: the tuplet brackets open at the current note, by number.
 struct OpenTuplet {
   int number;
@@ -85,10 +112,8 @@ struct OpenTuplet {
 
 class PartReader {
 public:
-  PartReader(MusicXmlSource& source, Score& score, PartSource& part, int partIndex,
-             std::set<std::string>& extraVoices)
-      : source_(source), score_(score), part_(part), partIndex_(partIndex),
-        extraVoices_(extraVoices) {}
+  PartReader(MusicXmlSource& source, Score& score, PartSource& part, int partIndex, KeptNotes& kept)
+      : source_(source), score_(score), part_(part), partIndex_(partIndex), kept_(kept) {}
 
   void Read(const pugi::xml_node& partNode) {
     int measureIndex = 0;
@@ -108,8 +133,6 @@ private:
         throw ScoreError(Where(part_, attributes.parent()) + ": divisions must be positive");
       divisions_ = value;
     }
-    if (partIndex_ != 0)
-      return;
     for (auto key : attributes.children("key")) {
       if (key.attribute("number") && key.attribute("number").as_int() != 1)
         continue;
@@ -173,6 +196,12 @@ private:
         Rational start = time;
         time += ticks / divisions_;
         end = std::max(end, time);
+        if (const char* reason = ReasonToKeep(child, ticks, time)) {
+          kept_.Add(reason, Where(part_, measure));
+          current = -1;
+          skipChord = true;
+          continue;
+        }
         current = AddGroup(child, measure, measureIndex, start, ticks);
         if (current < 0)
           skipChord = true;
@@ -188,6 +217,34 @@ private:
     MeasureInfo& info = score_.measures[measureIndex];
     int32_t filled = static_cast<int32_t>((end * kQuarterTDU).Floor());
     info.contentLength = std::max(info.contentLength, filled);
+  }
+
+  // Why a note (with its chord) stays out of the engine, or null when it goes in: the engine has
+  // no place for a note without time, for a notated value beyond its 16-bit duration, or for
+  // time past the end of the measure its time signature gives (an overfull measure).
+  const char* ReasonToKeep(const pugi::xml_node& note, Rational ticks, Rational end) const {
+    if (ticks == Rational(0))
+      return "notes of duration 0";
+    Rational quarters = ticks / divisions_;
+    int64_t notated = NoteTypeTDU(note.child_value("type"));
+    if (notated > 0)
+      notated = DottedTDU(static_cast<int32_t>(notated), CountDots(note, "dot"));
+    else
+      notated = (quarters / RatioOf(note) * kQuarterTDU).Floor();
+    if (notated > INT16_MAX)
+      return "notes longer than the engine's longest notated value (32767 TDU; a maxima is "
+             "32768)";
+    if (beats_ > 0 && end > Rational(beats_) * Rational(4, beatType_))
+      return "notes that end past their measure's time signature";
+    return nullptr;
+  }
+
+  // normal/actual of the note's time-modification; 1 without one.
+  static Rational RatioOf(const pugi::xml_node& note) {
+    auto tm = note.child("time-modification");
+    int actual = tm.child("actual-notes").text().as_int(0);
+    int normal = tm.child("normal-notes").text().as_int(0);
+    return actual > 0 && normal > 0 ? Rational(normal, actual) : Rational(1);
   }
 
   Rational ReadDuration(const pugi::xml_node& node, const pugi::xml_node& measure) {
@@ -206,7 +263,8 @@ private:
     if (it != voices.end())
       return it->second;
     if (voices.size() >= kLayerCount) {
-      extraVoices_.insert("staff " + std::to_string(staff + 1) + " voice " + voice);
+      kept_.Add("voices beyond the fourth of a staff",
+                "staff " + std::to_string(staff + 1) + " voice " + voice);
       return -1;
     }
     int layer = static_cast<int>(voices.size());
@@ -231,12 +289,7 @@ private:
     group.layer = layer;
     group.ticks = ticks;
     group.divisions = divisions_;
-    if (auto tm = note.child("time-modification")) {
-      int actual = tm.child("actual-notes").text().as_int(0);
-      int normal = tm.child("normal-notes").text().as_int(0);
-      if (actual > 0 && normal > 0)
-        group.ratio = Rational(normal, actual);
-    }
+    group.ratio = RatioOf(note);
 
     Entry& entry = group.imported;
     entry.position = static_cast<int32_t>((start * kQuarterTDU).Floor());
@@ -390,7 +443,7 @@ private:
   Score& score_;
   PartSource& part_;
   int partIndex_;
-  std::set<std::string>& extraVoices_;
+  KeptNotes& kept_;
   Rational divisions_ = 1;
   int keyFifths_ = 0;
   bool minor_ = false;
@@ -465,10 +518,10 @@ Score ImportDocument(MusicXmlSource& source, std::string_view name) {
     throw ScoreError(std::string(name) + ": more than 32000 staves");
   score.measures.assign(measureCount, MeasureInfo{});
 
-  std::set<std::string> extraVoices;
+  KeptNotes kept;
   int partIndex = 0;
   for (auto part : root.children("part")) {
-    PartReader reader(source, score, source.parts[partIndex], partIndex, extraVoices);
+    PartReader reader(source, score, source.parts[partIndex], partIndex, kept);
     reader.Read(part);
     ++partIndex;
   }
@@ -488,14 +541,7 @@ Score ImportDocument(MusicXmlSource& source, std::string_view name) {
     std::stable_sort(frame.entries.begin(), frame.entries.end(),
                      [](const Entry& a, const Entry& b) { return a.position < b.position; });
 
-  if (!extraVoices.empty()) {
-    std::string list;
-    for (const auto& v : extraVoices)
-      list += (list.empty() ? "" : ", ") + v;
-    source.notices.push_back("voices beyond the fourth of a staff are kept as they are and "
-                             "never subdivided: " +
-                             list);
-  }
+  kept.Report(source.notices);
   return score;
 }
 

@@ -101,11 +101,13 @@ void RemoveEmptyNotations(pugi::xml_node note) {
   }
 }
 
-void RemoveAttributeDeep(pugi::xml_node node, const char* attribute) {
-  node.remove_attribute(attribute);
+void RemoveUniqueIds(pugi::xml_node node) {
+  std::string_view name = node.name();
+  if (name != "instrument" && name != "play")
+    node.remove_attribute("id");
   for (auto child : node.children())
     if (child.type() == pugi::node_element)
-      RemoveAttributeDeep(child, attribute);
+      RemoveUniqueIds(child);
 }
 
 } // namespace scribo::musicxml

@@ -28,8 +28,10 @@ pugi::xml_node NotationsOf(pugi::xml_node note);
 // Drops <notations> elements that have nothing left in them.
 void RemoveEmptyNotations(pugi::xml_node note);
 
-// Removes an attribute from the node and all its descendants (used for "id", which must stay
-// unique in a document, on copied notes).
-void RemoveAttributeDeep(pugi::xml_node node, const char* attribute);
+// Removes the "id" attributes that must stay unique in a document from the node and all its
+// descendants (a copied note). An "id" that refers to something declared elsewhere (the part's
+// instrument a note plays, <instrument id="P1-I3"/> or <play id="...">) is kept: the copy plays
+// the same instrument.
+void RemoveUniqueIds(pugi::xml_node node);
 
 } // namespace scribo::musicxml

@@ -12,7 +12,8 @@ struct TypeRow {
 };
 
 // Longest first, so that a search from the front finds the largest value that fits.
-constexpr std::array<TypeRow, 13> kTypes{{{"long", 16384},
+constexpr std::array<TypeRow, 14> kTypes{{{"maxima", 32768},
+                                          {"long", 16384},
                                           {"breve", 8192},
                                           {"whole", 4096},
                                           {"half", 2048},

@@ -10,8 +10,8 @@ namespace scribo::musicxml {
 
 constexpr int32_t kQuarterTDU = 1024;
 
-// TDU of an undotted MusicXML note type ("quarter" -> 1024); 0 for an unknown name.
-// "maxima" (32768) does not fit an entry's 16-bit notated duration and is reported as 0 too.
+// TDU of an undotted MusicXML note type ("quarter" -> 1024); 0 for an unknown name. "maxima"
+// gives 32768, one more than an entry's 16-bit notated duration holds.
 int32_t NoteTypeTDU(std::string_view type);
 
 // `base` with `dots` dots: 1024 with one dot is 1536, with two 1792.

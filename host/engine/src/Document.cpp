@@ -56,6 +56,17 @@ template <class R, class Fn> bool Change(DocumentData& data, const RecordKey& ke
   return true;
 }
 
+// The tuplet detail records of an entry in index order: the outermost tuplet first.
+std::vector<EDTTuplet> TupletsOf(const DocumentData& data, uint32_t entryNumber) {
+  std::vector<EDTTuplet> tuplets;
+  auto first = data.records.lower_bound(EntryDetailKey(kTupletDetailTag, entryNumber, 0));
+  auto last = data.records.upper_bound(EntryDetailKey(kTupletDetailTag, entryNumber, 0xFFFF));
+  for (; first != last; ++first)
+    if (auto record = LayoutOf<EDTTuplet>(&first->second))
+      tuplets.push_back(*record);
+  return tuplets;
+}
+
 } // namespace
 
 void Document::Clear() {
@@ -199,8 +210,14 @@ void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaf
     for (int staff = firstStaff; staff <= lastStaff; ++staff) {
       for (int16_t layer = 0; layer < kMaxLayerCount; ++layer) {
         auto it = data_->frames.find(MakeFrameId({int16_t(staff), int16_t(measure), layer}));
-        if (it != data_->frames.end())
-          it->second.beams = ComputeBeams(it->second.entries, beat);
+        if (it == data_->frames.end())
+          continue;
+        const auto& entries = it->second.entries;
+        std::vector<std::vector<EDTTuplet>> tuplets(entries.size());
+        for (size_t i = 0; i < entries.size(); ++i)
+          if (entries[i].flags & kEntryTupletStart)
+            tuplets[i] = TupletsOf(*data_, entries[i].entryNumber);
+        it->second.beams = ComputeBeams(entries, beat, tuplets);
       }
     }
   }

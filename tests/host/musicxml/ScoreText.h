@@ -1,8 +1,7 @@
-// Scores for the MusicXML and scribo-host tests: small ones written inline, the examples, the
-// golden files, and the schema check.
+// Scores for the MusicXML and scribo-host tests: small ones written inline, the examples and
+// the golden files.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -56,18 +55,6 @@ inline std::filesystem::path TempDir(const std::string& tag) {
   std::filesystem::remove_all(dir);
   std::filesystem::create_directories(dir);
   return dir;
-}
-
-// Schema validation with xmllint (a build dependency): empty when valid, else its report.
-inline std::string SchemaErrors(const std::filesystem::path& file) {
-  auto schema = scribotest::SourceDir().parent_path() / "shared" / "musicxml-4.0" / "musicxml.xsd";
-  auto report = file.string() + ".xmllint";
-  std::string command = "xmllint --noout --nonet --schema '" + schema.string() + "' '" +
-                        file.string() + "' >'" + report + "' 2>&1";
-  if (std::system(command.c_str()) == 0)
-    return {};
-  std::string text = Slurp(report);
-  return text.empty() ? "xmllint failed" : text;
 }
 
 // The document as indented XML: how it was written (indentation, quotes, empty elements) no
