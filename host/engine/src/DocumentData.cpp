@@ -4,13 +4,6 @@
 
 namespace scribo::engine {
 
-namespace {
-
-// Pool places left behind are reclaimed once they pass this and half the pool.
-constexpr size_t kCompactAfter = 4096;
-
-} // namespace
-
 RecordKey MakeRecordKey(uint32_t tag, const uint16_t* keys) {
   RecordKey key{tag, 0};
   if (IsEntryDetailTag(tag)) {
@@ -107,9 +100,8 @@ void DocumentData::Reserve(FrameSlot& slot, size_t count) {
     slot.capacity = uint16_t(count);
     return;
   }
-  if (unusedEntries_ > kCompactAfter && unusedEntries_ * 2 > entryPool_.size())
-    Compact();
-  // The frame moves to the end of the pool with room to grow again; its old room is left behind.
+  // The frame moves to the end of the pool with twice the room; its old room is left behind.
+  // Rooms double as they move, so the ones left behind never add up to the ones in use.
   const size_t first = entryPool_.size();
   const size_t capacity =
       std::min(std::max(count, size_t(slot.capacity) * 2), size_t(kMaxFrameEntries));
@@ -117,30 +109,8 @@ void DocumentData::Reserve(FrameSlot& slot, size_t count) {
   beamPool_.resize(first + capacity);
   std::copy_n(entryPool_.data() + slot.first, slot.count, entryPool_.data() + first);
   std::copy_n(beamPool_.data() + slot.first, slot.count, beamPool_.data() + first);
-  unusedEntries_ += slot.capacity;
   slot.first = uint32_t(first);
   slot.capacity = uint16_t(capacity);
-}
-
-void DocumentData::Compact() {
-  size_t live = 0;
-  for (const FrameSlot& slot : slots_)
-    live += slot.count;
-  PodBuffer<EXENTRY> entries;
-  PodBuffer<BeamRole> beams;
-  entries.resize(live);
-  beams.resize(live);
-  size_t first = 0;
-  for (FrameSlot& slot : slots_) {
-    std::copy_n(entryPool_.data() + slot.first, slot.count, entries.data() + first);
-    std::copy_n(beamPool_.data() + slot.first, slot.count, beams.data() + first);
-    slot.first = uint32_t(first);
-    slot.capacity = slot.count;
-    first += slot.count;
-  }
-  entryPool_ = std::move(entries);
-  beamPool_ = std::move(beams);
-  unusedEntries_ = 0;
 }
 
 uint32_t DocumentData::AppendEntry(FrameAddress a, const EXENTRY& entry) {

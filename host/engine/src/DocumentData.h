@@ -2,8 +2,8 @@
 //
 // Entries of all frames share one pool (with their beam roles in a pool beside it); a table with
 // a slot for every frame of the document says where each frame's entries lie. A frame that grows
-// past its room moves to the end of the pool, and the pool is compacted when more than half of
-// it is left behind, so storing a frame costs one block copy and no allocation per entry.
+// past its room moves to the end of the pool, so storing a frame costs one block copy and no
+// allocation per entry.
 #pragma once
 
 #include <cstdint>
@@ -92,14 +92,12 @@ private:
   }
   // Makes room for `count` entries in the slot, keeping the ones it holds. The pool may move.
   void Reserve(FrameSlot& slot, size_t count);
-  void Compact();
 
   // Slot of (staff, measure, layer): ((measure - 1) * staffStride_ + staff - 1) * 4 + layer.
   std::vector<FrameSlot> slots_;
   int32_t staffStride_ = 0;
   PodBuffer<EXENTRY> entryPool_;
   PodBuffer<BeamRole> beamPool_; // beside entryPool_
-  size_t unusedEntries_ = 0;     // pool places outside every slot's room
   uint16_t storeMark_ = 0;
   bool numbersWrapped_ = false;  // entry numbers ran past 0xFFFFFFFF and started again
   PodBuffer<BeamRole> newRoles_; // StoreFrame's scratch; empty between calls
