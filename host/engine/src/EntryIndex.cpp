@@ -44,8 +44,7 @@ EntryIndex::Entry& EntryIndex::Add(uint32_t number) {
     Entry& bucket = buckets_[i];
     if (bucket.number == number)
       return bucket;
-    if (bucket.number == 0) {
-      bucket = Entry{};
+    if (bucket.number == 0) { // free buckets are kept as Entry{}
       bucket.number = number;
       ++count_;
       return bucket;

@@ -115,12 +115,23 @@ TEST_F(FramesTest, SavesGiveCopiedAndForeignEntryNumbersNewOnes) {
   EXPECT_EQ(SX_FreeTGF(frame, kStamp), 1);
 }
 
+// The i-th sixteenth of a frame: beamed by the beat on a rebeam.
+EXENTRY Sixteenth(uint32_t number, size_t i) {
+  EXENTRY e{};
+  e.entryNumber = number;
+  e.flags = kEntryIsNote;
+  e.duration = 256;
+  e.actualDuration = 256;
+  e.position = int32_t(256 * i);
+  return e;
+}
+
 // Saves of random frames whose entry numbers are picked to collide (0, repeats, numbers other
 // frames own, numbers that share a place in the engine's tables or take its last places,
-// numbers at the top of the range so that new ones start again from 1), with detail records
-// put, created at the next free index and deleted, and rebeams, in between. After every step the
-// document answers as a plain model does: which frame holds each number, the beam role each
-// entry keeps, each entry's records, and the walk over every tag both ways.
+// numbers at the top of the range so that new ones start again from 1), with entries added,
+// detail records put, created at the next free index and deleted, and rebeams, in between. After
+// every step the document answers as a plain model does: which frame holds each number, the beam
+// role each entry keeps, each entry's records, and the walk over every tag both ways.
 TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
   std::mt19937 rng(1609);
   auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(rng); };
@@ -134,6 +145,10 @@ TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
   using DetailKey = std::tuple<uint32_t, uint32_t, uint16_t>; // tag, entry, index
   std::map<DetailKey, std::vector<uint8_t>> details;
   auto anyEntry = [&] { return std::next(owner.begin(), pick(0, int(owner.size()) - 1))->first; };
+  // Details go to a few entries, so that their chains grow long.
+  auto fewEntry = [&] {
+    return std::next(owner.begin(), pick(0, std::min(int(owner.size()), 6) - 1))->first;
+  };
   auto number = [&] {
     const uint32_t low = uint32_t(pick(0, 70));
     const uint32_t choices[] = {0,
@@ -148,18 +163,13 @@ TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
 
   for (int step = 0; step < 500; ++step) {
     SCOPED_TRACE(step);
-    const int action = pick(0, 10);
+    const int action = pick(0, 11);
     const uint32_t tag = tags[pick(0, 2)];
     if (action < 5) {
       const size_t f = size_t(pick(0, int(frames.size()) - 1));
       std::vector<EXENTRY> asked(size_t(pick(0, 9) ? pick(0, 14) : pick(50, 200)));
-      for (size_t i = 0; i < asked.size(); ++i) {
-        asked[i].entryNumber = number();
-        asked[i].flags = kEntryIsNote; // sixteenths, beamed by the beat on a rebeam
-        asked[i].duration = 256;
-        asked[i].actualDuration = 256;
-        asked[i].position = int32_t(256 * i);
-      }
+      for (size_t i = 0; i < asked.size(); ++i)
+        asked[i] = Sixteenth(number(), i);
       ASSERT_TRUE(doc().ReplaceEntries(frames[f], asked));
       auto stored = doc().Entries(frames[f]);
       auto beams = doc().Beams(frames[f]);
@@ -191,19 +201,33 @@ TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
       for (const FrameAddress& frame : frames)
         for (size_t i = 0; i < doc().Entries(frame).size(); ++i)
           roles[doc().Entries(frame)[i].entryNumber] = doc().Beams(frame)[i];
-    } else if (action < 8 && !owner.empty()) {
-      const uint32_t entry = anyEntry();
-      const uint16_t index = uint16_t(pick(0, 3));
+    } else if (action == 6) {
+      const size_t f = size_t(pick(0, int(frames.size()) - 1));
+      const EXENTRY added = Sixteenth(number(), lists[f].size());
+      const uint32_t wanted = added.entryNumber, got = doc().AddEntry(frames[f], added);
+      if (wanted != 0 && !owner.count(wanted))
+        EXPECT_EQ(got, wanted);
+      else
+        EXPECT_TRUE(got != 0 && !owner.count(got)) << got;
+      owner[got] = f;
+      roles[got] = BeamRole::None;
+      lists[f].push_back(got);
+      auto entries = doc().Entries(frames[f]);
+      for (size_t i = 0; i < entries.size(); ++i)
+        EXPECT_EQ(doc().Beams(frames[f])[i], roles[entries[i].entryNumber]) << i;
+    } else if (action < 9 && !owner.empty()) {
+      const uint32_t entry = fewEntry();
+      const uint16_t index = pick(0, 4) ? uint16_t(pick(0, 3)) : kNextFreeDetailIndex;
       std::vector<uint8_t> body(size_t(pick(1, 300)), uint8_t(pick(0, 255)));
       ASSERT_TRUE(doc().PutEntryDetail(tag, entry, index, body));
       details[{tag, entry, index}] = body;
-    } else if (action < 10 && !owner.empty()) {
-      const uint32_t entry = anyEntry();
+    } else if (action < 11 && !owner.empty()) {
+      const uint32_t entry = fewEntry();
       uint16_t key[3] = {uint16_t(entry), uint16_t(entry >> 16), kNextFreeDetailIndex};
       std::vector<uint8_t> body(size_t(pick(0, 40)), uint8_t(pick(0, 255)));
       uint16_t next = 0;
       for (const auto& [k, b] : details)
-        if (std::get<0>(k) == tag && std::get<1>(k) == entry)
+        if (std::get<0>(k) == tag && std::get<1>(k) == entry && std::get<2>(k) != 0xFFFF)
           next = uint16_t(std::get<2>(k) + 1);
       ASSERT_EQ(SX_CreateEData(tag, key, body.data(), uint32_t(body.size()), kStamp), 1);
       EXPECT_EQ(key[2], next);
