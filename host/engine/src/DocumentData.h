@@ -69,7 +69,8 @@ struct DocumentData {
   std::span<const BeamRole> Beams(FrameAddress a) const;
   std::span<BeamRole> Beams(FrameAddress a);
 
-  // Every entry number given out so far is below this; a new one is the next unused.
+  // A number no entry has: the one after lastEntryNumber (skipping those in use once the
+  // numbers have run out and started again from 1).
   uint32_t NewEntryNumber();
   // Appends an entry to a frame of the document, numbered as Document::AddEntry says. Returns
   // the number, or 0 when the frame is full.
