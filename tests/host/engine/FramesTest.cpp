@@ -200,7 +200,7 @@ TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
       doc().Rebeam(1, 1, 2, 2);
       for (const FrameAddress& frame : frames)
         for (size_t i = 0; i < doc().Entries(frame).size(); ++i)
-          roles[doc().Entries(frame)[i].entryNumber] = doc().Beams(frame)[i];
+          roles[uint32_t(doc().Entries(frame)[i].entryNumber)] = doc().Beams(frame)[i];
     } else if (action == 6) {
       const size_t f = size_t(pick(0, int(frames.size()) - 1));
       const EXENTRY added = Sixteenth(number(), lists[f].size());
@@ -214,7 +214,7 @@ TEST_F(FramesTest, SeededSavesKeepNumbersRolesAndDetailsAsAModelDoes) {
       lists[f].push_back(got);
       auto entries = doc().Entries(frames[f]);
       for (size_t i = 0; i < entries.size(); ++i)
-        EXPECT_EQ(doc().Beams(frames[f])[i], roles[entries[i].entryNumber]) << i;
+        EXPECT_EQ(doc().Beams(frames[f])[i], roles[uint32_t(entries[i].entryNumber)]) << i;
     } else if (action < 9 && !owner.empty()) {
       const uint32_t entry = fewEntry();
       const uint16_t index = pick(0, 4) ? uint16_t(pick(0, 3)) : kNextFreeDetailIndex;
