@@ -112,10 +112,10 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
       for (int l = 0; l < kLayerCount; ++l) {
         engine::FrameAddress address{static_cast<int16_t>(s + 1), static_cast<int16_t>(m + 1),
                                      static_cast<int16_t>(l)};
-        std::vector<EXENTRY> entries = document.Entries(address);
+        std::span<const EXENTRY> entries = document.Entries(address);
         if (entries.empty())
           continue;
-        std::vector<engine::BeamRole> beams = document.Beams(address);
+        std::span<const engine::BeamRole> beams = document.Beams(address);
         Frame& frame = score.At(s, m, l);
         frame.entries.reserve(entries.size());
         for (size_t i = 0; i < entries.size(); ++i) {
@@ -142,7 +142,7 @@ Score EngineBridge::Read(const Score& shape, const engine::Document& document,
             // Every tuplet record of the entry in index order: a split inside an existing
             // tuplet adds one after the source's own.
             for (const auto& detail : document.EntryDetails(e.entryNumber)) {
-              auto record = engine::LayoutOf<EDTTuplet>(&detail.bytes);
+              auto record = engine::LayoutOf<EDTTuplet>(detail.bytes);
               if (detail.tag == kTupletDetailTag && record)
                 e.tuplets.push_back({record->tupletNumber, record->tupletUnit,
                                      record->referenceNumber, record->referenceUnit});

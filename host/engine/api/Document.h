@@ -13,6 +13,7 @@
 // Thread: host's main thread, like the host functions that act on the same document.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -69,11 +70,20 @@ struct FrameAddress {
 // Beam role of an entry, as the last rebeam (SX_RebeamRegion or Document::Rebeam) left it.
 enum class BeamRole : uint8_t { None, Start, Continue, End };
 
-// One record of the document: its tag, key words and body.
+// Records as the document holds them, read in place: valid until the document next changes.
+// Converts to a vector for a copy that outlives changes.
+template <class T> struct DocumentSpan : std::span<const T> {
+  using std::span<const T>::span;
+  DocumentSpan(std::span<const T> records) : std::span<const T>(records) {}
+  operator std::vector<T>() const { return {this->begin(), this->end()}; }
+};
+
+// One entry-detail record of the document: its tag, key words and body (read in place, as a
+// DocumentSpan).
 struct RecordView {
   uint32_t tag = 0;
-  std::vector<uint16_t> keys;
-  std::vector<uint8_t> bytes;
+  std::array<uint16_t, 3> keys{};
+  std::span<const uint8_t> bytes;
 };
 
 class SCRIBO_ENGINE_API Document {
@@ -104,9 +114,9 @@ public:
   // given. Returns the number, or 0.
   uint32_t AddEntry(FrameAddress frame, const EXENTRY& entry);
   // All entries of the frame as stored (empty for a frame without entries or outside the document).
-  std::vector<EXENTRY> Entries(FrameAddress frame) const;
+  DocumentSpan<EXENTRY> Entries(FrameAddress frame) const;
   // Beam roles beside Entries(frame), same length and order.
-  std::vector<BeamRole> Beams(FrameAddress frame) const;
+  DocumentSpan<BeamRole> Beams(FrameAddress frame) const;
   // Where an entry lives; nullopt for an unknown number.
   std::optional<FrameAddress> FindEntry(uint32_t entryNumber) const;
   // Replaces all entries of a frame (numbers given as by SX_SaveTGF). False when refused.
@@ -122,7 +132,8 @@ public:
   // Entry-detail records (tag with 'E' first, keys {entryNumber, index}); creates or replaces.
   bool PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
                       std::span<const uint8_t> bytes);
-  // Every detail record attached to the entry, all tags, in (tag, index) order.
+  // Every detail record attached to the entry, all tags, in (tag, index) order; the bodies are
+  // read in place.
   std::vector<RecordView> EntryDetails(uint32_t entryNumber) const;
   // The tuplet record at the entry (index 0), if any.
   std::optional<EDTTuplet> Tuplet(uint32_t entryNumber) const;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "EDTDocumentSpecs.h"
@@ -44,12 +45,15 @@ constexpr size_t KeyWordsForTag(uint32_t tag) {
 }
 
 // A record body read as the host's layout R: nullopt when there is none or its size differs.
-template <class R> std::optional<R> LayoutOf(const std::vector<uint8_t>* bytes) {
-  if (!bytes || bytes->size() != sizeof(R))
+template <class R> std::optional<R> LayoutOf(std::span<const uint8_t> bytes) {
+  if (bytes.size() != sizeof(R))
     return std::nullopt;
   R record;
-  std::memcpy(&record, bytes->data(), sizeof record);
+  std::memcpy(&record, bytes.data(), sizeof record);
   return record;
+}
+template <class R> std::optional<R> LayoutOf(const std::vector<uint8_t>* bytes) {
+  return bytes ? LayoutOf<R>(std::span<const uint8_t>(*bytes)) : std::nullopt;
 }
 
 // The body of a record in the host's layout.

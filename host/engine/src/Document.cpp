@@ -59,11 +59,12 @@ template <class R, class Fn> bool Change(DocumentData& data, const RecordKey& ke
 // The tuplet detail records of an entry in index order: the outermost tuplet first.
 std::vector<EDTTuplet> TupletsOf(const DocumentData& data, uint32_t entryNumber) {
   std::vector<EDTTuplet> tuplets;
-  auto first = data.records.lower_bound(EntryDetailKey(kTupletDetailTag, entryNumber, 0));
-  auto last = data.records.upper_bound(EntryDetailKey(kTupletDetailTag, entryNumber, 0xFFFF));
-  for (; first != last; ++first)
-    if (auto record = LayoutOf<EDTTuplet>(&first->second))
-      tuplets.push_back(*record);
+  data.entryIndex.ForEachDetail(entryNumber,
+                                [&](uint32_t tag, uint16_t, std::span<const uint8_t> bytes) {
+                                  if (tag == kTupletDetailTag)
+                                    if (auto record = LayoutOf<EDTTuplet>(bytes))
+                                      tuplets.push_back(*record);
+                                });
   return tuplets;
 }
 
@@ -81,7 +82,7 @@ int16_t Document::AddStaff(std::u16string_view name, std::u16string_view secondN
     spec.firstNameBlock = AddStaffName(*data_, name);
   if (!secondName.empty())
     spec.secondNameBlock = AddStaffName(*data_, secondName);
-  int16_t staff = ++data_->staffCount;
+  int16_t staff = data_->NewStaff();
   data_->records[TwoWordKey(kTagStaffSpec, staff)] = BytesOf(spec);
   return staff;
 }
@@ -93,7 +94,7 @@ int16_t Document::AddMeasure(int16_t keySig, TimeSignature time) {
   spec.keySig = keySig;
   spec.timeSigBeats = time.beats;
   spec.timeSigBeatValue = time.beatValue;
-  int16_t measure = ++data_->measureCount;
+  int16_t measure = data_->NewMeasure();
   data_->records[TwoWordKey(kTagMeasureSpec, measure)] = BytesOf(spec);
   return measure;
 }
@@ -123,12 +124,8 @@ uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
   e.actualDuration = spec.actualDuration < 0 ? spec.duration : spec.actualDuration;
   if (spec.position >= 0) {
     e.position = spec.position;
-  } else {
-    auto it = data_->frames.find(MakeFrameId(frame));
-    if (it != data_->frames.end() && !it->second.entries.empty()) {
-      const EXENTRY& last = it->second.entries.back();
-      e.position = last.position + last.actualDuration;
-    }
+  } else if (auto entries = data_->Entries(frame); !entries.empty()) {
+    e.position = entries.back().position + entries.back().actualDuration;
   }
   e.flags = spec.notes.empty() ? (spec.flags & ~kEntryIsNote) : (spec.flags | kEntryIsNote);
   e.flags2 = spec.flags2;
@@ -144,44 +141,24 @@ uint32_t Document::AddEntry(FrameAddress frame, const EntrySpec& spec) {
 }
 
 uint32_t Document::AddEntry(FrameAddress frame, const EXENTRY& entry) {
-  if (!data_->IsValid(frame) || entry.noteCount < 0 || entry.noteCount > kMaxNotesPerEntry)
+  if (entry.noteCount < 0 || entry.noteCount > kMaxNotesPerEntry)
     return 0;
-  FrameId id = MakeFrameId(frame);
-  FrameData& f = data_->frames[id];
-  if (f.entries.size() >= size_t(kMaxFrameEntries))
-    return 0;
-  // Packed fields are copied out, never bound to references.
-  uint32_t number = entry.entryNumber;
-  if (number == 0 || data_->entryIndex.count(number))
-    number = data_->NewEntryNumber();
-  else if (number > data_->lastEntryNumber)
-    data_->lastEntryNumber = number;
-  f.entries.push_back(entry);
-  f.entries.back().entryNumber = number;
-  f.beams.push_back(BeamRole::None);
-  data_->entryIndex[number] = id;
-  return number;
+  return data_->AppendEntry(frame, entry);
 }
 
-std::vector<EXENTRY> Document::Entries(FrameAddress frame) const {
-  auto it = data_->frames.find(MakeFrameId(frame));
-  if (it == data_->frames.end() || !data_->IsValid(frame))
-    return {};
-  return it->second.entries;
+DocumentSpan<EXENTRY> Document::Entries(FrameAddress frame) const {
+  return data_->Entries(frame);
 }
 
-std::vector<BeamRole> Document::Beams(FrameAddress frame) const {
-  auto it = data_->frames.find(MakeFrameId(frame));
-  if (it == data_->frames.end() || !data_->IsValid(frame))
-    return {};
-  return it->second.beams;
+DocumentSpan<BeamRole> Document::Beams(FrameAddress frame) const {
+  return data_->Beams(frame);
 }
 
 std::optional<FrameAddress> Document::FindEntry(uint32_t entryNumber) const {
-  auto it = data_->entryIndex.find(entryNumber);
-  if (it == data_->entryIndex.end())
+  const auto* entry = data_->entryIndex.Find(entryNumber);
+  if (!entry)
     return std::nullopt;
-  return FrameAddressOf(it->second);
+  return FrameAddressOf(entry->frame);
 }
 
 bool Document::ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entries) {
@@ -190,8 +167,9 @@ bool Document::ReplaceEntries(FrameAddress frame, std::span<const EXENTRY> entri
   for (const EXENTRY& e : entries)
     if (e.noteCount < 0 || e.noteCount > kMaxNotesPerEntry)
       return false;
+  // A copy: the numbers given are written into it, and `entries` may lie in the document.
   std::vector<EXENTRY> copy(entries.begin(), entries.end());
-  data_->StoreFrame(MakeFrameId(frame), copy);
+  data_->StoreFrame(frame, copy);
   return true;
 }
 
@@ -209,15 +187,15 @@ void Document::Rebeam(int16_t firstStaff, int16_t firstMeasure, int16_t lastStaf
     int beat = TimeSig(int16_t(measure)).beatValue;
     for (int staff = firstStaff; staff <= lastStaff; ++staff) {
       for (int16_t layer = 0; layer < kMaxLayerCount; ++layer) {
-        auto it = data_->frames.find(MakeFrameId({int16_t(staff), int16_t(measure), layer}));
-        if (it == data_->frames.end())
+        const FrameAddress frame{int16_t(staff), int16_t(measure), layer};
+        auto entries = data_->Entries(frame);
+        if (entries.empty())
           continue;
-        const auto& entries = it->second.entries;
         std::vector<std::vector<EDTTuplet>> tuplets(entries.size());
         for (size_t i = 0; i < entries.size(); ++i)
           if (entries[i].flags & kEntryTupletStart)
             tuplets[i] = TupletsOf(*data_, entries[i].entryNumber);
-        it->second.beams = ComputeBeams(entries, beat, tuplets);
+        std::ranges::copy(ComputeBeams(entries, beat, tuplets), data_->Beams(frame).begin());
       }
     }
   }
@@ -234,23 +212,21 @@ std::optional<std::vector<uint8_t>> Document::Record(uint32_t tag,
 
 bool Document::PutEntryDetail(uint32_t tag, uint32_t entryNumber, uint16_t index,
                               std::span<const uint8_t> bytes) {
-  if (!IsEntryDetailTag(tag) || !data_->entryIndex.count(entryNumber))
-    return false;
-  data_->records[EntryDetailKey(tag, entryNumber, index)].assign(bytes.begin(), bytes.end());
-  return true;
+  return IsEntryDetailTag(tag) && data_->entryIndex.PutDetail(tag, entryNumber, index, bytes);
 }
 
 std::vector<RecordView> Document::EntryDetails(uint32_t entryNumber) const {
   std::vector<RecordView> out;
-  ForEachDetailRange(data_->records, entryNumber, [&](auto first, auto last) {
-    for (; first != last; ++first)
-      out.push_back({first->first.tag, KeyWords(first->first), first->second});
-  });
+  data_->entryIndex.ForEachDetail(
+      entryNumber, [&](uint32_t tag, uint16_t index, std::span<const uint8_t> bytes) {
+        out.push_back({tag, {uint16_t(entryNumber), uint16_t(entryNumber >> 16), index}, bytes});
+      });
   return out;
 }
 
 std::optional<EDTTuplet> Document::Tuplet(uint32_t entryNumber) const {
-  return LayoutOf<EDTTuplet>(data_->FindRecord(EntryDetailKey(kTupletDetailTag, entryNumber, 0)));
+  auto bytes = data_->entryIndex.Detail(kTupletDetailTag, entryNumber, 0);
+  return bytes ? LayoutOf<EDTTuplet>(*bytes) : std::nullopt;
 }
 
 bool Document::PutPreference(uint32_t tag, uint16_t number, std::span<const uint8_t> bytes) {

@@ -1,6 +1,6 @@
 #include "DocumentData.h"
 
-#include <unordered_set>
+#include <algorithm>
 
 namespace scribo::engine {
 
@@ -17,79 +17,192 @@ RecordKey MakeRecordKey(uint32_t tag, const uint16_t* keys) {
   return key;
 }
 
-std::vector<uint16_t> KeyWords(const RecordKey& key) {
+void WriteKeyWords(const RecordKey& key, uint16_t* keys) {
   if (IsEntryDetailTag(key.tag)) {
     uint32_t entry = EntryNumberOf(key);
-    return {uint16_t(entry & 0xFFFF), uint16_t(entry >> 16), uint16_t(key.order & 0xFFFF)};
+    keys[0] = uint16_t(entry & 0xFFFF);
+    keys[1] = uint16_t(entry >> 16);
+    keys[2] = DetailIndexOf(key);
+    return;
   }
   size_t words = KeyWordsForTag(key.tag);
-  std::vector<uint16_t> out;
   for (size_t i = 0; i < words; ++i)
-    out.push_back(uint16_t(key.order >> (16 * (2 - i))));
-  return out;
+    keys[i] = uint16_t(key.order >> (16 * (2 - i)));
+}
+
+int16_t DocumentData::NewStaff() {
+  if (staffCount == INT16_MAX)
+    return -1;
+  if (staffCount == staffStride_) {
+    // Rows of the slot table get room for twice as many staves.
+    const int32_t stride = std::max(8, staffStride_ * 2);
+    const size_t oldRow = size_t(staffStride_) * kMaxLayerCount;
+    const size_t newRow = size_t(stride) * kMaxLayerCount;
+    std::vector<FrameSlot> slots(size_t(measureCount) * newRow);
+    for (size_t m = 0; m < size_t(measureCount); ++m)
+      std::copy_n(slots_.begin() + ptrdiff_t(m * oldRow), oldRow,
+                  slots.begin() + ptrdiff_t(m * newRow));
+    slots_.swap(slots);
+    staffStride_ = stride;
+  }
+  return ++staffCount;
+}
+
+int16_t DocumentData::NewMeasure() {
+  if (measureCount == INT16_MAX)
+    return -1;
+  slots_.resize(slots_.size() + size_t(staffStride_) * kMaxLayerCount);
+  return ++measureCount;
+}
+
+const FrameSlot* DocumentData::Slot(FrameAddress a) const {
+  if (!IsValid(a))
+    return nullptr;
+  return &slots_[(size_t(a.measure - 1) * size_t(staffStride_) + size_t(a.staff - 1)) *
+                     kMaxLayerCount +
+                 size_t(a.layer)];
+}
+
+std::span<const EXENTRY> DocumentData::Entries(FrameAddress a) const {
+  const FrameSlot* slot = Slot(a);
+  return slot ? std::span(entryPool_.data() + slot->first, slot->count)
+              : std::span<const EXENTRY>();
+}
+
+std::span<const BeamRole> DocumentData::Beams(FrameAddress a) const {
+  const FrameSlot* slot = Slot(a);
+  return slot ? std::span(beamPool_.data() + slot->first, slot->count)
+              : std::span<const BeamRole>();
+}
+
+std::span<BeamRole> DocumentData::Beams(FrameAddress a) {
+  FrameSlot* slot = Slot(a);
+  return slot ? std::span(beamPool_.data() + slot->first, slot->count) : std::span<BeamRole>();
 }
 
 uint32_t DocumentData::NewEntryNumber() {
+  // No number in use is above lastEntryNumber, so the next one is free, until the numbers run
+  // out and start again from 1 among the ones in use.
   do {
-    ++lastEntryNumber;
-  } while (lastEntryNumber == 0 || entryIndex.count(lastEntryNumber));
+    if (++lastEntryNumber == 0)
+      numbersWrapped_ = true;
+  } while (lastEntryNumber == 0 || (numbersWrapped_ && entryIndex.Find(lastEntryNumber)));
   return lastEntryNumber;
 }
 
-void DocumentData::RemoveEntryDetails(uint32_t entryNumber) {
-  ForEachDetailRange(records, entryNumber,
-                     [&](auto first, auto last) { records.erase(first, last); });
+void DocumentData::Reserve(FrameSlot& slot, size_t count) {
+  if (count <= slot.capacity)
+    return;
+  if (slot.first + slot.capacity == entryPool_.size()) {
+    // The last frame of the pool grows where it is.
+    entryPool_.resize(slot.first + count);
+    beamPool_.resize(slot.first + count);
+    slot.capacity = uint16_t(count);
+    return;
+  }
+  // The frame moves to the end of the pool with twice the room; its old room is left behind.
+  // Rooms double as they move, so the ones left behind never add up to the ones in use.
+  const size_t first = entryPool_.size();
+  const size_t capacity =
+      std::min(std::max(count, size_t(slot.capacity) * 2), size_t(kMaxFrameEntries));
+  entryPool_.resize(first + capacity);
+  beamPool_.resize(first + capacity);
+  std::copy_n(entryPool_.data() + slot.first, slot.count, entryPool_.data() + first);
+  std::copy_n(beamPool_.data() + slot.first, slot.count, beamPool_.data() + first);
+  slot.first = uint32_t(first);
+  slot.capacity = uint16_t(capacity);
 }
 
-void DocumentData::StoreFrame(FrameId id, std::span<EXENTRY> entries) {
-  FrameData& frame = frames[id];
-  std::unordered_map<uint32_t, BeamRole> oldRoles;
-  oldRoles.reserve(frame.entries.size());
-  for (size_t i = 0; i < frame.entries.size(); ++i)
-    oldRoles.emplace(uint32_t(frame.entries[i].entryNumber), frame.beams[i]);
+uint32_t DocumentData::AppendEntry(FrameAddress a, const EXENTRY& entry) {
+  FrameSlot* slot = Slot(a);
+  if (!slot || slot->count >= kMaxFrameEntries)
+    return 0;
+  // Packed fields are copied out, never bound to references.
+  uint32_t number = entry.entryNumber;
+  if (number == 0 || entryIndex.Find(number))
+    number = NewEntryNumber();
+  else if (number > lastEntryNumber)
+    lastEntryNumber = number;
+  EXENTRY copy = entry; // `entry` may lie in the pool, which may move
+  Reserve(*slot, size_t(slot->count) + 1);
+  const size_t at = slot->first + slot->count++;
+  entryPool_[at] = copy;
+  entryPool_[at].entryNumber = number;
+  beamPool_[at] = BeamRole::None;
+  entryIndex.Add(number).frame = MakeFrameId(a);
+  return number;
+}
 
-  std::unordered_set<uint32_t> kept;
-  kept.reserve(entries.size());
-  for (EXENTRY& e : entries) {
+void DocumentData::StoreFrame(FrameAddress a, std::span<EXENTRY> entries) {
+  FrameSlot* slot = Slot(a);
+  if (!slot)
+    return;
+  const FrameId id = MakeFrameId(a);
+  if (++storeMark_ == 0) {
+    entryIndex.ClearStoreMarks();
+    storeMark_ = 1;
+  }
+  const uint16_t mark = storeMark_;
+  const std::span<const EXENTRY> old(entryPool_.data() + slot->first, slot->count);
+  for (size_t i = 0; i < old.size(); ++i)
+    if (EntryIndex::Entry* known = entryIndex.Find(old[i].entryNumber))
+      known->role = beamPool_[slot->first + i];
+
+  // The numbers the new entries keep or get (the marks tell repeats within the frame), and
+  // their beam roles.
+  newRoles_.resize(entries.size());
+  size_t oldKept = 0;
+  for (size_t i = 0; i < entries.size(); ++i) {
+    EXENTRY& e = entries[i];
     uint32_t number = e.entryNumber;
-    bool fresh = number == 0 || kept.count(number) != 0;
-    if (!fresh) {
-      auto owner = entryIndex.find(number);
-      fresh = owner != entryIndex.end() && owner->second != id;
-    }
-    if (fresh) {
+    EntryIndex::Entry* known = number ? entryIndex.Find(number) : nullptr;
+    if (number == 0 || (known && (known->frame != id || known->storeMark == mark))) {
       number = NewEntryNumber();
       e.entryNumber = number;
+      known = nullptr;
     } else if (number > lastEntryNumber) {
       lastEntryNumber = number;
     }
-    kept.insert(number);
-  }
-
-  for (const EXENTRY& old : frame.entries) {
-    uint32_t number = old.entryNumber;
-    if (kept.count(number))
-      continue;
-    auto owner = entryIndex.find(number);
-    if (owner != entryIndex.end() && owner->second == id) {
-      entryIndex.erase(owner);
-      RemoveEntryDetails(number);
+    if (known) { // an entry the frame held
+      newRoles_[i] = known->role;
+      ++oldKept;
+    } else {
+      known = &entryIndex.Add(number);
+      known->frame = id;
+      newRoles_[i] = BeamRole::None;
     }
+    known->storeMark = mark;
   }
 
-  frame.entries.assign(entries.begin(), entries.end());
-  frame.beams.assign(entries.size(), BeamRole::None);
-  for (size_t i = 0; i < frame.entries.size(); ++i) {
-    uint32_t number = frame.entries[i].entryNumber;
-    entryIndex[number] = id;
-    auto role = oldRoles.find(number);
-    if (role != oldRoles.end())
-      frame.beams[i] = role->second;
+  // Entries that left the frame go, with their detail records.
+  for (size_t i = 0; oldKept < old.size() && i < old.size(); ++i) {
+    const uint32_t number = old[i].entryNumber;
+    const EntryIndex::Entry* known = entryIndex.Find(number);
+    if (known && known->frame == id && known->storeMark != mark)
+      entryIndex.Remove(number);
   }
+
+  slot->count = 0; // nothing to keep if the frame moves
+  Reserve(*slot, entries.size());
+  slot->count = uint16_t(entries.size());
+  std::copy(entries.begin(), entries.end(), entryPool_.data() + slot->first);
+  std::copy(newRoles_.begin(), newRoles_.end(), beamPool_.data() + slot->first);
+  newRoles_.clear();
 }
 
 void DocumentData::ResetToEmpty() {
+  // Everything goes back to where it started, but the large buffers keep their memory for the
+  // next document: a host opening documents one after another does not fault it in again.
+  auto entries = std::move(entryPool_);
+  auto beams = std::move(beamPool_);
+  auto index = std::move(entryIndex);
   *this = DocumentData{};
+  entries.clear();
+  beams.clear();
+  index.Clear();
+  entryPool_ = std::move(entries);
+  beamPool_ = std::move(beams);
+  entryIndex = std::move(index);
   EDTTuplet triplet{};
   triplet.tupletNumber = 3;
   triplet.tupletUnit = 512;

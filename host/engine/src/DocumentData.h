@@ -1,29 +1,27 @@
 // The document's data, as one copyable value so that an edit can keep a snapshot of it.
+//
+// Entries of all frames share one pool (with their beam roles in a pool beside it); a table with
+// a slot for every frame of the document says where each frame's entries lie. A frame that grows
+// past its room moves to the end of the pool, so storing a frame costs one block copy and no
+// allocation per entry.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "Document.h"
+#include "EntryIndex.h"
+#include "PodBuffer.h"
 
 namespace scribo::engine {
 
-// A frame address packed into one word: staff, measure, layer.
-using FrameId = uint64_t;
-inline FrameId MakeFrameId(FrameAddress a) {
-  return (uint64_t(uint16_t(a.staff)) << 32) | (uint64_t(uint16_t(a.measure)) << 16) |
-         uint16_t(a.layer);
-}
-inline FrameAddress FrameAddressOf(FrameId id) {
-  return {int16_t(uint16_t(id >> 32)), int16_t(uint16_t(id >> 16)), int16_t(uint16_t(id))};
-}
-
-struct FrameData {
-  std::vector<EXENTRY> entries;
-  std::vector<BeamRole> beams; // beside `entries`
+// Where a frame's entries lie in the pool: `count` of them from `first`, room for `capacity`.
+struct FrameSlot {
+  uint32_t first = 0;
+  uint16_t count = 0;
+  uint16_t capacity = 0;
 };
 
 // A record's identity: its tag and its key words folded into one ordered value. Entry-detail
@@ -35,28 +33,20 @@ struct RecordKey {
 };
 // Reads KeyWordsForTag(tag) words from `keys`.
 RecordKey MakeRecordKey(uint32_t tag, const uint16_t* keys);
-// The key words of a record key (KeyWordsForTag(tag) of them).
-std::vector<uint16_t> KeyWords(const RecordKey& key);
+// Writes the key words of a record key (KeyWordsForTag(tag) of them).
+void WriteKeyWords(const RecordKey& key, uint16_t* keys);
 inline RecordKey EntryDetailKey(uint32_t tag, uint32_t entryNumber, uint16_t index) {
   return {tag, (uint64_t(entryNumber) << 16) | index};
 }
 inline uint32_t EntryNumberOf(const RecordKey& key) {
   return uint32_t(key.order >> 16);
 }
-
-using RecordMap = std::map<RecordKey, std::vector<uint8_t>>;
-
-// Calls fn(first, last) with the records of `records` that each entry-detail tag holds for the
-// entry, one tag after another. The detail tags sort together: all begin with 'E'.
-template <class Map, class Fn> void ForEachDetailRange(Map& records, uint32_t entryNumber, Fn fn) {
-  auto it = records.lower_bound(RecordKey{FourCharTag("E\0\0\0"), 0});
-  while (it != records.end() && IsEntryDetailTag(it->first.tag)) {
-    uint32_t tag = it->first.tag;
-    fn(records.lower_bound(EntryDetailKey(tag, entryNumber, 0)),
-       records.upper_bound(EntryDetailKey(tag, entryNumber, 0xFFFF)));
-    it = records.upper_bound(RecordKey{tag, UINT64_MAX});
-  }
+inline uint16_t DetailIndexOf(const RecordKey& key) {
+  return uint16_t(key.order);
 }
+
+// Every record but entry details, which the entry index keeps.
+using RecordMap = std::map<RecordKey, std::vector<uint8_t>>;
 
 struct DocumentData {
   int16_t staffCount = 0;
@@ -64,27 +54,54 @@ struct DocumentData {
   int16_t rawTextCount = 0;
   int16_t textBlockCount = 0;
   uint32_t lastEntryNumber = 0;
-  std::unordered_map<FrameId, FrameData> frames;
-  std::unordered_map<uint32_t, FrameId> entryIndex; // entry number -> its frame
+  EntryIndex entryIndex;
   RecordMap records;
 
-  // Every entry number given out so far is below this; a new one is the next unused.
-  uint32_t NewEntryNumber();
+  // Adds a staff (a measure) with its empty frames; returns its number, -1 when there are 32767.
+  int16_t NewStaff();
+  int16_t NewMeasure();
   bool IsValid(FrameAddress a) const {
     return a.staff >= 1 && a.staff <= staffCount && a.measure >= 1 && a.measure <= measureCount &&
            a.layer >= 0 && a.layer < kMaxLayerCount;
   }
+  // The frame's entries and beam roles, empty outside the document; valid until the next change.
+  std::span<const EXENTRY> Entries(FrameAddress a) const;
+  std::span<const BeamRole> Beams(FrameAddress a) const;
+  std::span<BeamRole> Beams(FrameAddress a);
+
+  // A number no entry has: the one after lastEntryNumber (skipping those in use once the
+  // numbers have run out and started again from 1).
+  uint32_t NewEntryNumber();
+  // Appends an entry to a frame of the document, numbered as Document::AddEntry says. Returns
+  // the number, or 0 when the frame is full.
+  uint32_t AppendEntry(FrameAddress a, const EXENTRY& entry);
+  // Stores the frame's entries: numbers 0, repeated in the frame or owned by another frame get
+  // new numbers (written back into `entries`); numbers that left the frame lose their detail
+  // records; beam roles follow their entries.
+  void StoreFrame(FrameAddress a, std::span<EXENTRY> entries);
+
   const std::vector<uint8_t>* FindRecord(const RecordKey& key) const {
     auto it = records.find(key);
     return it == records.end() ? nullptr : &it->second;
   }
-  // Stores the frame's entries: numbers 0, repeated in the frame or owned by another frame get
-  // new numbers (written back into `entries`); numbers that left the frame lose their detail
-  // records; beam roles follow their entries.
-  void StoreFrame(FrameId id, std::span<EXENTRY> entries);
-  // Removes every entry-detail record of the entry.
-  void RemoveEntryDetails(uint32_t entryNumber);
   void ResetToEmpty();
+
+private:
+  const FrameSlot* Slot(FrameAddress a) const;
+  FrameSlot* Slot(FrameAddress a) {
+    return const_cast<FrameSlot*>(static_cast<const DocumentData*>(this)->Slot(a));
+  }
+  // Makes room for `count` entries in the slot, keeping the ones it holds. The pool may move.
+  void Reserve(FrameSlot& slot, size_t count);
+
+  // Slot of (staff, measure, layer): ((measure - 1) * staffStride_ + staff - 1) * 4 + layer.
+  std::vector<FrameSlot> slots_;
+  int32_t staffStride_ = 0;
+  PodBuffer<EXENTRY> entryPool_;
+  PodBuffer<BeamRole> beamPool_; // beside entryPool_
+  uint16_t storeMark_ = 0;
+  bool numbersWrapped_ = false;  // entry numbers ran past 0xFFFFFFFF and started again
+  PodBuffer<BeamRole> newRoles_; // StoreFrame's scratch; empty between calls
 };
 
 } // namespace scribo::engine

@@ -18,6 +18,8 @@ Engine::~Engine() {
   // Frames and mass edits a plug-in never gave back are the host's to release at exit.
   for (LoadedFrame* frame : state_->frames)
     DeleteLoadedFrame(frame);
+  if (state_->spareFrame)
+    DeleteLoadedFrame(state_->spareFrame);
   for (MassEdit* edit : state_->massEdits)
     delete edit;
   delete state_;

@@ -1,6 +1,7 @@
 // Everything the engine holds, behind Engine::Instance(). Internal to the engine.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <optional>
@@ -49,7 +50,10 @@ struct EngineState {
   std::unordered_set<MassEdit*> massEdits;
   long massEditSteps = 0;
 
-  std::unordered_set<LoadedFrame*> frames;
+  // Frames a plug-in has loaded and not freed. Plug-ins hold one or a few at a time, so a list
+  // searched from its end (the last loaded) is the quickest way to check the ones they pass.
+  std::vector<LoadedFrame*> frames;
+  LoadedFrame* spareFrame = nullptr; // the last one freed, with its array, for the next load
 
   std::deque<DialogScript> scripts;
   DialogActionSource interactive;
@@ -66,7 +70,8 @@ struct EngineState {
   bool Failing(HostCall call) const { return failing[size_t(call)]; }
   LoadedFrame* Frame(EXTGF2005a* frame) {
     auto* loaded = reinterpret_cast<LoadedFrame*>(frame);
-    return frame && frames.count(loaded) ? loaded : nullptr;
+    auto it = std::find(frames.rbegin(), frames.rend(), loaded);
+    return it == frames.rend() ? nullptr : loaded;
   }
   DialogWindow* Dialog(const void* window) {
     auto* dialog = static_cast<DialogWindow*>(const_cast<void*>(window));

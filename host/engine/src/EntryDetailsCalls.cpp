@@ -36,7 +36,7 @@ size_t FixedSize(uint32_t tag) {
 // and measures, entry details to existing entries.
 bool HasOwner(const DocumentData& data, const RecordKey& key) {
   if (IsEntryDetailTag(key.tag))
-    return data.entryIndex.count(EntryNumberOf(key)) != 0;
+    return data.entryIndex.Find(EntryNumberOf(key)) != nullptr;
   int16_t main = int16_t(uint16_t(key.order >> 32));
   if (key.tag == kTagMeasureSpec)
     return main >= 1 && main <= data.measureCount;
@@ -52,29 +52,61 @@ bool AcceptsBody(uint32_t tag, const void* buffer, uint32_t size) {
   return fixed == 0 || size == fixed;
 }
 
-std::vector<uint8_t> Body(const void* buffer, uint32_t size) {
-  const auto* bytes = static_cast<const uint8_t*>(buffer);
-  return size ? std::vector<uint8_t>(bytes, bytes + size) : std::vector<uint8_t>{};
+std::span<const uint8_t> Body(const void* buffer, uint32_t size) {
+  return {static_cast<const uint8_t*>(buffer), size_t(buffer ? size : 0)};
 }
 
-void WriteKeys(uint16_t* keys, const RecordKey& key) {
-  std::vector<uint16_t> words = KeyWords(key);
-  std::memcpy(keys, words.data(), words.size() * sizeof(uint16_t));
+// The body of the record at `key`, wherever the document keeps it.
+std::optional<std::span<const uint8_t>> FindBody(const DocumentData& data, const RecordKey& key) {
+  if (IsEntryDetailTag(key.tag))
+    return data.entryIndex.Detail(key.tag, EntryNumberOf(key), DetailIndexOf(key));
+  if (const auto* bytes = data.FindRecord(key))
+    return std::span<const uint8_t>(*bytes);
+  return std::nullopt;
+}
+
+void Put(DocumentData& data, const RecordKey& key, std::span<const uint8_t> body) {
+  if (IsEntryDetailTag(key.tag))
+    data.entryIndex.PutDetail(key.tag, EntryNumberOf(key), DetailIndexOf(key), body);
+  else
+    data.records[key].assign(body.begin(), body.end());
+}
+
+// The record of the same tag next to `key` in key order: after it, or before it.
+std::optional<RecordKey> Neighbour(const DocumentData& data, const RecordKey& key, bool after) {
+  if (IsEntryDetailTag(key.tag)) {
+    EntryIndex::DetailKey at{EntryNumberOf(key), DetailIndexOf(key)};
+    auto found = after ? data.entryIndex.NextDetail(key.tag, at)
+                       : data.entryIndex.PreviousDetail(key.tag, at);
+    return found ? std::optional(EntryDetailKey(key.tag, found->entry, found->index))
+                 : std::nullopt;
+  }
+  auto it = after ? data.records.upper_bound(key) : data.records.lower_bound(key);
+  if (!after) {
+    if (it == data.records.begin())
+      return std::nullopt;
+    --it;
+  }
+  if (it == data.records.end() || it->first.tag != key.tag)
+    return std::nullopt;
+  return it->first;
 }
 
 // Copies a neighbouring record (its keys and, when a buffer is given and large enough, its
 // body) to the caller.
-int Neighbour(RecordMap::const_iterator it, const DocumentData& data, uint32_t tag, uint16_t* keys,
-              void* buffer, uint32_t size) {
-  if (it == data.records.end() || it->first.tag != tag)
+int CopyNeighbour(const DocumentData& data, const RecordKey& key, bool after, uint16_t* keys,
+                  void* buffer, uint32_t size) {
+  auto found = Neighbour(data, key, after);
+  if (!found)
     return 0;
   if (buffer) {
-    if (size < it->second.size())
+    auto body = *FindBody(data, *found);
+    if (size < body.size())
       return 0;
-    if (!it->second.empty())
-      std::memcpy(buffer, it->second.data(), it->second.size());
+    if (!body.empty())
+      std::memcpy(buffer, body.data(), body.size());
   }
-  WriteKeys(keys, it->first);
+  WriteKeyWords(*found, keys);
   return 1;
 }
 
@@ -89,7 +121,7 @@ SX_EXPORT int SX_LoadEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t*
   ++s.Count(HostCall::LoadEData);
   if (!keys || !size)
     return 0;
-  const auto* record = s.data.FindRecord(MakeRecordKey(tag, keys));
+  auto record = FindBody(s.data, MakeRecordKey(tag, keys));
   if (!record)
     return 0;
   uint32_t length = uint32_t(record->size());
@@ -113,7 +145,7 @@ SX_EXPORT int SX_SaveEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t 
   RecordKey key = MakeRecordKey(tag, keys);
   if (!HasOwner(s.data, key))
     return 0;
-  s.data.records[key] = Body(buffer, size);
+  Put(s.data, key, Body(buffer, size));
   return 1;
 }
 
@@ -126,25 +158,18 @@ SX_EXPORT int SX_CreateEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_
   if (s.Failing(HostCall::CreateEData) || !keys || !AcceptsBody(tag, buffer, size))
     return 0;
   RecordKey key = MakeRecordKey(tag, keys);
-  if (!HasOwner(s.data, key))
-    return 0;
-  if (IsEntryDetailTag(tag) && keys[2] == kNextFreeDetailIndex) {
-    uint32_t entry = EntryNumberOf(key);
-    uint32_t index = 0;
-    auto last = s.data.records.upper_bound(EntryDetailKey(tag, entry, 0xFFFE));
-    if (last != s.data.records.begin()) {
-      --last;
-      if (last->first.tag == tag && EntryNumberOf(last->first) == entry)
-        index = uint32_t(last->first.order & 0xFFFF) + 1;
-    }
-    if (index >= kNextFreeDetailIndex)
+  if (IsEntryDetailTag(tag)) {
+    const uint32_t entry = EntryNumberOf(key);
+    auto index = s.data.entryIndex.CreateDetail(tag, entry, DetailIndexOf(key), Body(buffer, size));
+    if (!index)
       return 0;
-    key = EntryDetailKey(tag, entry, uint16_t(index));
+    WriteKeyWords(EntryDetailKey(tag, entry, *index), keys);
+    return 1;
   }
-  if (s.data.records.count(key))
+  if (!HasOwner(s.data, key) || s.data.records.count(key))
     return 0;
-  s.data.records.emplace(key, Body(buffer, size));
-  WriteKeys(keys, key);
+  Put(s.data, key, Body(buffer, size));
+  WriteKeyWords(key, keys);
   return 1;
 }
 
@@ -153,7 +178,10 @@ SX_EXPORT int SX_DeleteEData(uint32_t tag, uint16_t* keys, uint32_t version) {
   ++s.Count(HostCall::DeleteEData);
   if (!keys)
     return 0;
-  return s.data.records.erase(MakeRecordKey(tag, keys)) ? 1 : 0;
+  RecordKey key = MakeRecordKey(tag, keys);
+  if (IsEntryDetailTag(tag))
+    return s.data.entryIndex.RemoveDetail(tag, EntryNumberOf(key), DetailIndexOf(key)) ? 1 : 0;
+  return s.data.records.erase(key) ? 1 : 0;
 }
 
 // The record of the same tag after `keys` in key order: its keys replace `keys`, its body goes
@@ -164,8 +192,7 @@ SX_EXPORT int SX_NextEData(uint32_t tag, uint16_t* keys, void* buffer, uint32_t 
   ++s.Count(HostCall::NextEData);
   if (!keys)
     return 0;
-  return Neighbour(s.data.records.upper_bound(MakeRecordKey(tag, keys)), s.data, tag, keys, buffer,
-                   size);
+  return CopyNeighbour(s.data, MakeRecordKey(tag, keys), true, keys, buffer, size);
 }
 
 // The record of the same tag before `keys` in key order; as SX_NextEData otherwise.
@@ -175,8 +202,5 @@ SX_EXPORT int SX_PreviousEData(uint32_t tag, uint16_t* keys, void* buffer, uint3
   ++s.Count(HostCall::PreviousEData);
   if (!keys)
     return 0;
-  auto it = s.data.records.lower_bound(MakeRecordKey(tag, keys));
-  if (it == s.data.records.begin())
-    return 0;
-  return Neighbour(std::prev(it), s.data, tag, keys, buffer, size);
+  return CopyNeighbour(s.data, MakeRecordKey(tag, keys), false, keys, buffer, size);
 }

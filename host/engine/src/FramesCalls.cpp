@@ -1,4 +1,6 @@
 // Host functions over frames: load, insert, delete, save, free, rebeam.
+#include <utility>
+
 #include "EngineState.h"
 #include "HostExport.h"
 
@@ -11,17 +13,13 @@ SX_EXPORT EXTGF2005a* SX_LoadTGF(uint32_t frameSource, int staff, int measure, i
   FrameAddress address{int16_t(staff), int16_t(measure), int16_t(layer)};
   if (s.Failing(HostCall::LoadTGF) || !s.data.IsValid(address))
     return nullptr;
-  const EXENTRY* entries = nullptr;
-  int32_t count = 0;
-  auto it = s.data.frames.find(MakeFrameId(address));
-  if (it != s.data.frames.end()) {
-    entries = it->second.entries.data();
-    count = int32_t(it->second.entries.size());
-  }
-  LoadedFrame* loaded = NewLoadedFrame(address, uint16_t(frameSource), entries, count);
+  auto entries = s.data.Entries(address);
+  LoadedFrame* loaded =
+      NewLoadedFrame(address, uint16_t(frameSource), entries.data(), int32_t(entries.size()),
+                     std::exchange(s.spareFrame, nullptr));
   if (!loaded)
     return nullptr;
-  s.frames.insert(loaded);
+  s.frames.push_back(loaded);
   return &loaded->frame;
 }
 
@@ -56,7 +54,7 @@ SX_EXPORT int SX_SaveTGF(EXTGF2005a* frame, uint32_t version) {
   for (const EXENTRY& e : entries)
     if (e.noteCount < 0 || e.noteCount > kMaxNotesPerEntry)
       return 0;
-  s.data.StoreFrame(MakeFrameId(loaded->address), entries);
+  s.data.StoreFrame(loaded->address, entries);
   return 1;
 }
 
@@ -66,8 +64,10 @@ SX_EXPORT int SX_FreeTGF(EXTGF2005a* frame, uint32_t version) {
   LoadedFrame* loaded = s.Frame(frame);
   if (!loaded)
     return 0;
-  s.frames.erase(loaded);
-  DeleteLoadedFrame(loaded);
+  std::erase(s.frames, loaded);
+  if (s.spareFrame)
+    DeleteLoadedFrame(s.spareFrame);
+  s.spareFrame = loaded;
   return 1;
 }
 

@@ -24,19 +24,25 @@ EXENTRY* AllocateEntries(int32_t capacity) {
 } // namespace
 
 LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries,
-                            int32_t count) {
-  int32_t capacity = std::max(count, kMinCapacity);
-  EXENTRY* buffer = AllocateEntries(capacity);
-  if (!buffer)
+                            int32_t count, LoadedFrame* spare) {
+  LoadedFrame* loaded = spare ? spare : new (std::nothrow) LoadedFrame;
+  if (!loaded)
     return nullptr;
-  auto* loaded = new (std::nothrow) LoadedFrame;
-  if (!loaded) {
+  EXENTRY* buffer = loaded->buffer;
+  int32_t capacity = loaded->capacity;
+  if (!buffer || capacity < count) {
     std::free(buffer);
-    return nullptr;
+    capacity = std::max(count, kMinCapacity);
+    buffer = AllocateEntries(capacity);
+    if (!buffer) {
+      delete loaded;
+      return nullptr;
+    }
   }
   if (count > 0)
     std::memcpy(buffer, entries, size_t(count) * sizeof(EXENTRY));
   // The header records where the frame came from, as a host's would.
+  std::memset(loaded->frame.hostHeader, 0, sizeof loaded->frame.hostHeader);
   PutWord(loaded->frame.hostHeader + 0, uint16_t(address.staff));
   PutWord(loaded->frame.hostHeader + 2, uint16_t(address.measure));
   PutWord(loaded->frame.hostHeader + 4, uint16_t(address.layer));

@@ -18,9 +18,10 @@ struct LoadedFrame {
 };
 static_assert(std::is_standard_layout_v<LoadedFrame>);
 
-// Makes a loaded frame holding a copy of `entries`. Null when memory runs out.
+// Makes a loaded frame holding a copy of `entries`, in `spare` (a frame freed before, or null)
+// and its array when given. Null when memory runs out (`spare` is then released).
 LoadedFrame* NewLoadedFrame(FrameAddress address, uint16_t frameSource, const EXENTRY* entries,
-                            int32_t count);
+                            int32_t count, LoadedFrame* spare = nullptr);
 void DeleteLoadedFrame(LoadedFrame* frame);
 // Whether the plug-in left the array and count in a state the engine can work on.
 bool IsIntact(const LoadedFrame& frame);
